@@ -1,0 +1,84 @@
+// ocvlan: what a device makes of OpenConfig VLAN requests, on a workstation.
+#include <fmt/format.h>
+
+#include <csignal>
+#include <exception>
+#include <string>
+
+#include "cli/commands.h"
+#include "cli/files.h"
+#include "cli/options.h"
+#include "cli/report.h"
+#include "framework/error.h"
+
+namespace ocvlan {
+namespace {
+
+enum ExitCode : int { kDone = 0, kRefused = 1, kUsage = 2, kUnreadable = 3, kInternal = 4 };
+
+std::string run(Session& session) {
+  switch (session.options().command) {
+    case Command::translate:
+      return translate(session);
+    case Command::apply:
+      return apply(session);
+    case Command::read:
+      return read(session);
+    case Command::fetch:
+      return fetch(session);
+    case Command::diff:
+      return diff(session);
+    case Command::help:
+      break;
+  }
+  return session.options().help;
+}
+
+int work(const Options& options) {
+  if (options.command == Command::help) {
+    write_output("", options.help);
+    return kDone;
+  }
+  try {
+    Session session(options);
+    const std::string output = run(session);
+    session.finish_trace();
+    write_output(options.output, output);
+    return kDone;
+  } catch (const yfw::Refused& refused) {
+    fmt::print(stderr, "{}\n", refusal_line(refused.error()));
+    if (options.format_given) write_output("", rpc_error(refused.error(), options.format));
+    return kRefused;
+  }
+}
+
+// The last line of a run that came to nothing.
+void complain(const std::string& message) {
+  fmt::print(stderr, "{}\n", one_line("ocvlan: " + message));
+}
+
+int guarded_main(int argc, const char* const* argv) {
+  try {
+    return work(parse_options(argc, argv));
+  } catch (const UsageError& error) {
+    complain(error.what());
+    fmt::print(stderr, "'ocvlan --help' and 'ocvlan SUBCOMMAND --help' say what can be asked.\n");
+    return kUsage;
+  } catch (const yfw::Unreadable& error) {
+    complain(error.what());
+    return kUnreadable;
+  } catch (const ReaderGone&) {
+    return kDone;
+  } catch (const std::exception& error) {
+    complain(fmt::format("internal error: {}", error.what()));
+    return kInternal;
+  }
+}
+
+}  // namespace
+}  // namespace ocvlan
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);
+  return ocvlan::guarded_main(argc, argv);
+}

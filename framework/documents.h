@@ -1,0 +1,71 @@
+// Reading documents: envelopes, limits, operations and the verdict on every node that the models do not accept.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "framework/data.h"
+#include "framework/error.h"
+
+struct ly_ctx;
+struct lyd_node;
+struct lysc_node;
+
+namespace yfw {
+
+// An edit as it was asked for.
+struct EditDocument {
+  // OpenConfig data with `ietf-netconf:operation` metadata. Opaque nodes stand only for leaves without a value below
+  // a delete or remove, and for identity values without a usable namespace, which a plug-in refuses by itself (their
+  // value is the document's). A leaf stands once: of several, the last one counts.
+  Data tree;
+  Operation default_operation = Operation::merge;
+  std::vector<Warning> warnings;
+  // Namespaces of identity and enumeration values as the document binds them; a leaf that is not here has that of its
+  // model. A null value: the document gives none where one is required.
+  std::unordered_map<const lyd_node*, const char*> value_namespaces;
+};
+
+// An OpenConfig edit: <rpc>, <edit-config>, <config> (in NETCONF's namespace or in none), or bare data; JSON with
+// RFC 7952 operations. Throws Unreadable when it is not well-formed (DOCTYPE and too deep a nesting included), Refused
+// when the model does not take it: unknown elements and namespaces, state data, bad values, missing keys, misspelt
+// operations. An operation attribute in no namespace is taken as meant, with a warning.
+EditDocument parse_edit(ly_ctx* ctx, const Document& document, Operation default_operation);
+
+// Data that must be valid on its own: a native running configuration (`state` false) or operational data (`state`
+// true). Bare, or inside <data>, <config> or <rpc-reply>; empty containers are fine, an empty document is not. A
+// configuration is right as a whole or Unreadable. Operational data are used as far as they fit the model: with
+// `warnings`, each node left out is one; without, it goes unsaid.
+Data parse_data(ly_ctx* ctx, const Document& document, bool state, std::vector<Warning>* warnings = nullptr);
+
+// A subtree filter (RFC 6241 section 6): <get>, <get-config>, <filter>, or bare; JSON with null for a selection node.
+// All nodes are opaque; those with a value are content-match leaves, and a value that its leaf can hold is in canonical
+// form. Nothing is checked but that every element is known. <filter/>, which selects nothing, sets `selects_nothing`.
+Data parse_filter(ly_ctx* ctx, const Document& document, bool* selects_nothing = nullptr);
+
+// The operation metadata of a node of an edit, or `fallback` when it carries none.
+Operation operation_of(const lyd_node* node, Operation fallback);
+
+// Puts the operation metadata on a node, replacing what it had; `none` takes it off.
+void set_operation(lyd_node* node, Operation operation);
+
+// The operation of this name, as in "merge".
+std::optional<Operation> operation_named(std::string_view text);
+
+// Adds the removal of a leaf whose value does not matter: an opaque node with the operation `remove`.
+lyd_node* new_removed_leaf(lyd_node* parent, const lysc_node* leaf);
+
+// Keeps a container, and those around it, from being taken for one that is there by default: an empty one may carry an
+// operation, or hold nothing but removals.
+void mark_wanted(lyd_node* node);
+
+// The instance path of a node, opaque ones included: /module:node/node[key='value'].
+std::string path_of(const lyd_node* node);
+
+// One predicate of an instance path: [name='value'], with the other quotes where the value needs them.
+std::string predicate(std::string_view name, std::string_view value);
+
+}  // namespace yfw

@@ -1,0 +1,292 @@
+// The structure of data: containers, list entries and their keys, operations.
+#include "framework/documents_build.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <cstring>
+
+#include "framework/documents_envelope.h"
+#include "framework/documents_types.h"
+
+namespace yfw {
+
+namespace {
+
+constexpr char kXmlNs[] = "http://www.w3.org/XML/1998/namespace";
+
+bool removes(Operation operation) {
+  return operation == Operation::delete_ || operation == Operation::remove;
+}
+
+// Twice the same node with nothing but merges in between is one node.
+bool is_plain(Operation effective) {
+  return effective == Operation::merge || effective == Operation::none;
+}
+
+bool is_mergeable(const lyd_node* earlier, std::optional<Operation> own, Operation effective) {
+  return is_plain(effective) && own.value_or(Operation::none) == operation_of(earlier, Operation::none);
+}
+
+// The entry that has the same keys, where there is exactly one; null otherwise.
+lyd_node* twin_of(const lyd_node* entry) {
+  ly_set* same = nullptr;
+  lyd_node* twin = nullptr;
+  if (lyd_find_sibling_dup_inst_set(entry, entry, &same) == LY_SUCCESS && same->count == 2) {
+    twin = same->dnodes[same->dnodes[0] == entry ? 1 : 0];
+  }
+  ly_set_free(same, nullptr);
+  return twin;
+}
+
+// Below a replaced node everything is simply there afterwards.
+Operation passed_down(Operation operation) {
+  return operation == Operation::replace ? Operation::merge : operation;
+}
+
+}  // namespace
+
+std::string TreeBuilder::path(const Position& at, const lysc_node* schema) {
+  const bool same = at.parent != nullptr && at.schema()->module == schema->module;
+  std::string path =
+      fmt::format("{}/{}{}", path_of(at.parent), same ? "" : fmt::format("{}:", schema->module->name), schema->name);
+  // An entry that is refused has no node yet, but perhaps its keys.
+  const lysc_node* key = schema->nodetype == LYS_LIST ? lysc_node_child(schema) : nullptr;
+  for (; key != nullptr && lysc_is_key(key); key = key->next) {
+    const Element* const given = find_key(key, *judged_);
+    if (given != nullptr) path += predicate(key->name, given->value);
+  }
+  return path;
+}
+
+void TreeBuilder::refuse(const Position& at, const lysc_node* schema, const char* tag, std::string message) {
+  throw Refused({.tag = tag, .path = path(at, schema), .message = std::move(message), .bad_element = schema->name});
+}
+
+void TreeBuilder::refuse_attribute(const Position& at, const lysc_node* schema, const char* tag,
+                                   const Attribute& attribute, std::string message) {
+  throw Refused({.tag = tag,
+                 .path = path(at, schema),
+                 .message = std::move(message),
+                 .bad_element = schema->name,
+                 .bad_attribute = attribute.name});
+}
+
+lyd_node* TreeBuilder::attach(const Position& at, lyd_node* made) {
+  if (at.parent == nullptr) lyd_insert_sibling(result_.tree.get(), made, result_.tree.out());
+  return made;
+}
+
+void TreeBuilder::build(const Element& content, Operation outer) {
+  build_children({nullptr, outer}, content);
+}
+
+void TreeBuilder::build_children(const Position& at, const Element& element) {
+  for (const Element* child = element.first; child != nullptr; child = child->next) {
+    if (purpose_ != Purpose::state) {
+      build_node(at, *child);
+      continue;
+    }
+    try {
+      build_node(at, *child);
+    } catch (const Refused& refused) {
+      ly_err_clean(resolver_.models(), nullptr);
+      const RpcError& error = refused.error();
+      result_.warnings.push_back({error.path, fmt::format("left out: {}", error.message)});
+    }
+  }
+}
+
+void TreeBuilder::build_node(const Position& at, const Element& element) {
+  judged_ = &element;
+  const lysc_node* const parent = at.schema();
+  const lysc_node* const schema = resolver_.resolve(parent, element, at.parent);
+  // The keys made the entry; they are not built again.
+  if (lysc_is_key(schema)) return check_key(at, element);
+  if (purpose_ != Purpose::state && (schema->flags & LYS_CONFIG_R) != 0) {
+    refuse(at, schema, "invalid-value",
+           fmt::format("'{}' is state (config false) and cannot be configured", schema->name));
+  }
+  check_shape(at, schema, element);
+  if (element.kind == Kind::no_entries) return;
+  switch (schema->nodetype) {
+    case LYS_CONTAINER:
+      return build_container(at, schema, element);
+    case LYS_LIST:
+      return build_entry(at, schema, element);
+    default:
+      return build_leaf(at, schema, element);
+  }
+}
+
+void TreeBuilder::check_shape(const Position& at, const lysc_node* schema, const Element& element) {
+  const bool inner = (schema->nodetype & (LYS_CONTAINER | LYS_LIST)) != 0;
+  if (!inner && element.first != nullptr) {
+    refuse(at, schema, "bad-element", fmt::format("'{}' holds a value, not elements", schema->name));
+  }
+  if (resolver_.source().format() == Format::xml) {
+    if (inner && !element.is_blank()) {
+      refuse(at, schema, "bad-element",
+             fmt::format("'{}' holds elements, not the text {}", schema->name, quoted(element.value)));
+    }
+    return;
+  }
+  // A member that is only annotated has no value to be shaped wrongly.
+  if (element.kind == Kind::nothing) return;
+  const bool many = (schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0;
+  const bool is_array = element.in_array || element.kind == Kind::no_entries ||
+                        (element.kind == Kind::empty && schema->nodetype == LYS_LEAFLIST);
+  if (many != is_array) {
+    refuse(
+        at, schema, "bad-element",
+        fmt::format("'{}' {}", schema->name, many ? "is a list and wants an array" : "stands once and takes no array"));
+  }
+  if (element.kind == Kind::no_entries) return;
+  if (inner != (element.kind == Kind::object)) {
+    refuse(at, schema, "bad-element",
+           fmt::format("'{}' wants {}", schema->name, inner ? "an object" : "a value, not an object"));
+  }
+}
+
+std::optional<Operation> TreeBuilder::own_operation(const Position& at, const lysc_node* schema,
+                                                    const Element& element) {
+  std::optional<Operation> own;
+  for (const Attribute* each = element.attributes; each != nullptr; each = each->next) {
+    if (each->ns != nullptr && std::strcmp(each->ns, kXmlNs) == 0) continue;
+    const bool ours = each->ns != nullptr && is_netconf(each->ns);
+    const bool operation = (ours || each->ns == nullptr) && std::strcmp(each->name, "operation") == 0;
+    if (purpose_ != Purpose::edit) {
+      if (operation) {
+        refuse_attribute(at, schema, "unknown-attribute", *each,
+                         fmt::format("'{}' carries an operation, but this is data, not an edit", schema->name));
+      }
+      continue;
+    }
+    if (!operation) {
+      refuse_attribute(at, schema, "unknown-attribute", *each,
+                       fmt::format("'{}' carries an attribute {} that is not known", schema->name, quoted(each->name)));
+    }
+    if (own.has_value()) {
+      refuse_attribute(at, schema, "bad-attribute", *each, fmt::format("'{}' carries two operations", schema->name));
+    }
+    own = operation_named(each->value);
+    if (!own.has_value()) {
+      refuse_attribute(at, schema, "bad-attribute", *each,
+                       fmt::format("'{}' carries the operation {}; allowed: merge, replace, create, delete, remove",
+                                   schema->name, quoted(each->value)));
+    }
+    if (!ours) {
+      result_.warnings.push_back({path(at, schema), fmt::format("the operation \"{}\" is in no namespace; taken as "
+                                                                "NETCONF's operation",
+                                                                each->value)});
+    }
+  }
+  return own;
+}
+
+void TreeBuilder::build_container(const Position& at, const lysc_node* schema, const Element& element) {
+  const std::optional<Operation> own = own_operation(at, schema, element);
+  const Operation effective = own.value_or(at.outer);
+  lyd_node* node = nullptr;
+  lyd_node* earlier = nullptr;
+  lyd_find_sibling_val(siblings(at), schema, nullptr, 0, &earlier);
+  if (earlier != nullptr && purpose_ != Purpose::edit) {
+    refuse(at, schema, "bad-element", fmt::format("'{}' stands here twice", schema->name));
+  }
+  const bool last = earlier != nullptr && (earlier->next == nullptr || earlier->next->schema != schema);
+  if (last && is_mergeable(earlier, own, effective)) {
+    node = earlier;
+  } else if (lyd_new_inner(at.parent, schema->module, schema->name, 0, &node) == LY_SUCCESS) {
+    attach(at, node);
+    if (own.has_value()) set_operation(node, *own);
+  } else {
+    refuse(at, schema, "operation-failed", fmt::format("'{}' cannot be made", schema->name));
+  }
+  build_children({node, passed_down(effective)}, element);
+}
+
+const Element* TreeBuilder::find_key(const lysc_node* key, const Element& entry) {
+  for (const Element* child = entry.first; child != nullptr; child = child->next) {
+    if (std::strcmp(child->name, key->name) == 0 && child->ns != nullptr &&
+        resolver_.module_of(child->ns) == key->module) {
+      return child;
+    }
+  }
+  return nullptr;
+}
+
+void TreeBuilder::build_entry(const Position& at, const lysc_node* schema, const Element& element) {
+  const std::optional<Operation> own = own_operation(at, schema, element);
+  const Operation effective = own.value_or(at.outer);
+  constexpr std::size_t kMostKeys = 4;
+  std::array<const char*, kMostKeys> keys{};
+  std::size_t count = 0;
+  for (const lysc_node* key = lysc_node_child(schema); key != nullptr && lysc_is_key(key); key = key->next) {
+    const Element* const given = find_key(key, element);
+    if (given == nullptr) {
+      throw Refused({.tag = "missing-element",
+                     .path = path(at, schema),
+                     .message = fmt::format("an entry of '{}' has no key '{}'", schema->name, key->name),
+                     .bad_element = key->name});
+    }
+    if (count == kMostKeys) {
+      refuse(at, schema, "operation-not-supported", fmt::format("'{}' has too many keys", schema->name));
+    }
+    keys[count++] = given->value;
+  }
+  lyd_node* node = nullptr;
+  // As many keys are read as the list has.
+  if (lyd_new_list(at.parent, schema->module, schema->name, 0, &node, keys[0], keys[1], keys[2], keys[3]) !=
+      LY_SUCCESS) {
+    std::size_t i = 0;
+    for (const lysc_node* key = lysc_node_child(schema); i < count; key = key->next, ++i) {
+      const LY_ERR valid =
+          lyd_value_validate(resolver_.models(), key, keys[i], std::strlen(keys[i]), nullptr, nullptr, nullptr);
+      if (valid == LY_SUCCESS || valid == LY_EINCOMPLETE) continue;
+      std::string where = fmt::format("{}/{}", path(at, schema), key->name);
+      judged_ = find_key(key, element);
+      throw Refused({.tag = "invalid-value",
+                     .path = std::move(where),
+                     .message = fmt::format("'{}' is {}; allowed: {}", key->name, quoted(keys[i]),
+                                            allowed_values(real_type(key))),
+                     .bad_element = key->name});
+    }
+    refuse(at, schema, "operation-failed", fmt::format("an entry of '{}' cannot be made", schema->name));
+  }
+  attach(at, node);
+  if (own.has_value()) set_operation(node, *own);
+  const bool stands_alone = count == 0 || (purpose_ == Purpose::edit && !is_plain(effective));
+  lyd_node* const earlier = stands_alone ? nullptr : twin_of(node);
+  if (earlier != nullptr && purpose_ != Purpose::edit) {
+    const std::string twice = path_of(node);
+    lyd_free_tree(node);
+    throw Refused({.tag = "bad-element",
+                   .path = twice,
+                   .message = fmt::format("the entry of '{}' stands here twice", schema->name),
+                   .bad_element = schema->name});
+  }
+  if (earlier != nullptr && is_mergeable(earlier, own, effective)) {
+    lyd_free_tree(node);
+    node = earlier;
+  }
+  build_children({node, passed_down(effective)}, element);
+}
+
+void TreeBuilder::check_key(const Position& at, const Element& key) {
+  lyd_node* made = lyd_child(at.parent);
+  while (std::strcmp(LYD_NAME(made), key.name) != 0) made = made->next;
+  check_shape(at, made->schema, key);
+  const auto* const leaf = reinterpret_cast<const lyd_node_term*>(made);
+  const LY_ERR same = lyd_value_compare(leaf, key.value, std::strlen(key.value));
+  if (same != LY_SUCCESS && same != LY_EINCOMPLETE) {
+    refuse(at, made->schema, "bad-element", fmt::format("the key '{}' stands here twice", key.name));
+  }
+  check_writing(at, made, key);
+  const std::optional<Operation> own = own_operation(at, made->schema, key);
+  if (own.has_value() && removes(*own) != removes(at.outer)) {
+    refuse_attribute(at, made->schema, "bad-attribute", *key.attributes,
+                     fmt::format("the key '{}' takes no operation; it belongs on its entry", key.name));
+  }
+}
+
+}  // namespace yfw

@@ -1,0 +1,104 @@
+// From the elements of a document to data of the models, and the verdict on each element that does not fit.
+#pragma once
+
+#include <libyang/libyang.h>
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include "framework/documents.h"
+#include "framework/documents_source.h"
+
+namespace yfw {
+
+// Which schema nodes the elements of a document mean.
+class Resolver {
+ public:
+  Resolver(ly_ctx* models, const Source& source) : models_(models), source_(source) {}
+
+  // The schema node of a child element; null `parent` asks at the top. Throws Refused for an unknown element or
+  // namespace; `above` is the parent's node, for the path.
+  const lysc_node* resolve(const lysc_node* parent, const Element& element, const lyd_node* above);
+
+  // The module of a namespace (XML) or module name (JSON); null when no loaded model has it.
+  const lys_module* module_of(const char* ns);
+
+  ly_ctx* models() const { return models_; }
+  const Source& source() const { return source_; }
+
+ private:
+  ly_ctx* models_;
+  const Source& source_;
+  std::unordered_map<const char*, const lys_module*> modules_;
+};
+
+// A value like p:NAME: the name, and what its prefix is bound to.
+struct BoundName {
+  const char* name;
+  const lys_module* module;  // null when there is none
+  bool is_prefixed;
+};
+
+class TreeBuilder {
+ public:
+  enum class Purpose : std::uint8_t {
+    edit,           // operations; no state; identity values may stay open
+    configuration,  // no operations, no state
+    state,          // everything that fits
+  };
+
+  TreeBuilder(ly_ctx* models, const Source& source, Purpose purpose, EditDocument& result)
+      : resolver_(models, source), purpose_(purpose), result_(result) {}
+
+  // Builds the children of `content` as top-level data. For purposes other than `state`, throws Refused.
+  void build(const Element& content, Operation outer);
+
+  // The line of the element that was judged last.
+  int line() const { return judged_ == nullptr ? 1 : judged_->line; }
+
+ private:
+  struct Position {
+    lyd_node* parent;  // null at the top
+    Operation outer;   // what the parent passes down
+
+    const lysc_node* schema() const { return parent == nullptr ? nullptr : parent->schema; }
+  };
+
+  void build_children(const Position& at, const Element& element);
+  void build_node(const Position& at, const Element& element);
+  void build_container(const Position& at, const lysc_node* schema, const Element& element);
+  void build_entry(const Position& at, const lysc_node* schema, const Element& element);
+  void build_leaf(const Position& at, const lysc_node* schema, const Element& element);
+  lyd_node* make_identity(const Position& at, const lysc_node* schema, const Element& element);
+  lyd_node* make_enumeration(const Position& at, const lysc_node* schema, const Element& element);
+  BoundName bind(const Position& at, const lysc_node* schema, const Element& element);
+
+  std::optional<Operation> own_operation(const Position& at, const lysc_node* schema, const Element& element);
+  void check_shape(const Position& at, const lysc_node* schema, const Element& element);
+  void check_key(const Position& at, const Element& key);
+  const Element* find_key(const lysc_node* key, const Element& entry);
+  void drop_earlier(const Position& at, const lysc_node* schema);
+  void check_writing(const Position& at, lyd_node* made, const Element& element);
+  void discard(lyd_node* node);
+
+  // Creates a leaf; null when its type does not take the value.
+  lyd_node* try_term(const Position& at, const lysc_node* schema, const char* value);
+  lyd_node* attach(const Position& at, lyd_node* made);
+  lyd_node* siblings(const Position& at) const {
+    return at.parent == nullptr ? result_.tree.get() : lyd_child(at.parent);
+  }
+
+  std::string path(const Position& at, const lysc_node* schema);
+  [[noreturn]] void refuse(const Position& at, const lysc_node* schema, const char* tag, std::string message);
+  [[noreturn]] void refuse_value(const Position& at, const lysc_node* schema, const char* value);
+  [[noreturn]] void refuse_attribute(const Position& at, const lysc_node* schema, const char* tag,
+                                     const Attribute& attribute, std::string message);
+
+  Resolver resolver_;
+  Purpose purpose_;
+  EditDocument& result_;
+  const Element* judged_ = nullptr;
+};
+
+}  // namespace yfw

@@ -1,0 +1,227 @@
+// The way of an edit from request to native edit, and the proof by reading back.
+#include "framework/edit.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "framework/edit_config.h"
+#include "framework/request_tree.h"
+#include "framework/verify.h"
+
+namespace yfw {
+
+namespace {
+
+bool removes(Operation operation) {
+  return operation == Operation::delete_ || operation == Operation::remove;
+}
+
+// The leaves that a plug-in takes without a namespace must not get past it.
+const lyd_node* unbound_identity(const lyd_node* node, Operation outer) {
+  const Operation own = operation_of(node, outer);
+  if (removes(own)) return nullptr;
+  if (node->schema == nullptr) return node;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    const lyd_node* const found = unbound_identity(child, own);
+    if (found != nullptr) return found;
+  }
+  return nullptr;
+}
+
+void refuse_unbound_identities(const EditDocument& document) {
+  const lyd_node* top = nullptr;
+  LY_LIST_FOR(document.tree.get(), top) {
+    const lyd_node* const node = unbound_identity(top, document.default_operation);
+    if (node == nullptr) continue;
+    throw Refused({.tag = "invalid-value",
+                   .path = path_of(node),
+                   .message = fmt::format("'{}' needs a value of the model", LYD_NAME(node)),
+                   .bad_element = LYD_NAME(node)});
+  }
+}
+
+// Lists and ranges are always written as L2 encapsulation, also where the sub-interface is none.
+void warn_of_layer(const Surroundings& around, const Session& session, const Data& native,
+                   std::vector<Warning>& warnings) {
+  for (const std::string& name : session.taken_as_l3()) {
+    warnings.push_back({fmt::format("{}[interface-name='{}']", kNativeEntryPath, name),
+                        "the running configuration does not know this sub-interface, it is taken as L3 (--l2 takes it "
+                        "as L2)"});
+  }
+  const lyd_node* entry = nullptr;
+  LY_LIST_FOR(native.empty() ? nullptr : lyd_child(native.get()), entry) {
+    const std::string_view name = entry_name(entry);
+    const lyd_node* const known = around.running == nullptr ? nullptr : around.running->entry(name);
+    const bool l2 = known != nullptr ? is_l2(known) : is_l2(entry) || around.layer == Layer::l2;
+    const lyd_node* const service = child_named(entry, "ethernet-service");
+    const lyd_node* const encapsulation = service == nullptr ? nullptr : child_named(service, "encapsulation");
+    if (l2 || encapsulation == nullptr || lyd_child(encapsulation) == nullptr) continue;
+    if (removes(operation_of(encapsulation, Operation::merge))) continue;
+    warnings.push_back({path_of(encapsulation), "written although the sub-interface is not L2"});
+  }
+}
+
+}  // namespace
+
+Operation effective_operation(const lyd_node* node, Operation default_operation) {
+  bool self = true;
+  for (const lyd_node* each = node; each != nullptr; each = each->parent == nullptr ? nullptr : &each->parent->node) {
+    const Operation own = operation_of(each, Operation::none);
+    if (own == Operation::replace && !self) return Operation::merge;
+    if (own != Operation::none) return own;
+    self = false;
+  }
+  return default_operation;
+}
+
+std::vector<std::string> touched_entries(const EditDocument& document, const Running& running) {
+  std::vector<std::string> names;
+  std::unordered_set<std::string> seen;
+  const auto touch = [&](std::string name) {
+    if (seen.insert(name).second) names.push_back(std::move(name));
+  };
+  // An interface without an entry of its own is there as long as one of its sub-interfaces is.
+  const auto touch_interface = [&](const std::string& name) {
+    touch(name);
+    if (running.entry(name) != nullptr) return;
+    const std::vector<std::string> subs = running.subinterfaces_of(name);
+    if (!subs.empty()) touch(subs.front());
+  };
+  const auto touch_all_of = [&](const std::string& name) {
+    touch(name);
+    for (const std::string& each : running.subinterfaces_of(name)) touch(each);
+  };
+  const auto is_whole = [](Operation operation) {
+    return removes(operation) || operation == Operation::replace || operation == Operation::create;
+  };
+  const lyd_node* top = nullptr;
+  LY_LIST_FOR(document.tree.get(), top) {
+    const Operation outer = operation_of(top, document.default_operation);
+    if (is_whole(outer)) {
+      for (const lyd_node* const entry : running.entries()) touch(std::string(entry_name(entry)));
+    }
+    const lyd_node* interface = nullptr;
+    LY_LIST_FOR(lyd_child(top), interface) {
+      const std::string name = lyd_get_value(lyd_child(interface));
+      const Operation own = operation_of(interface, outer);
+      const lyd_node* const list = child_named(interface, "subinterfaces");
+      touch_interface(name);
+      if (is_whole(own) || (list != nullptr && is_whole(operation_of(list, own)))) touch_all_of(name);
+      const lyd_node* sub = nullptr;
+      LY_LIST_FOR(list == nullptr ? nullptr : lyd_child(list), sub) {
+        touch(join_interface_name(name, lyd_get_value(lyd_child(sub))));
+      }
+    }
+  }
+  return names;
+}
+
+Data read_back(const Surroundings& around, const Running& running, const std::vector<std::string>& names,
+               std::vector<Warning>& warnings) {
+  std::vector<const lyd_node*> entries;
+  for (const std::string& name : names) {
+    const lyd_node* const entry = running.entry(name);
+    if (entry != nullptr) entries.push_back(entry);
+  }
+  Surroundings silent = around;
+  silent.running = &running;
+  Data data = read_entries(silent, entries, FetchSet(), nullptr, warnings);
+  make_valid(around.models, data, warnings);
+  return data;
+}
+
+Data translate(const Surroundings& around, const EditDocument& document, std::vector<Warning>& warnings) {
+  Session session(around, kEdit);
+  RequestTree tree;
+  const lyd_node* top = nullptr;
+  LY_LIST_FOR(document.tree.get(), top) {
+    const yfw_datatree* const root = tree.edit(top, document.default_operation, document.value_namespaces);
+    const cerrno result = around.plugins->openconfig_root()(session.ctx(), root, session.output().root());
+    if (result != 0 || session.failed()) throw Refused(session.refusal(result));
+  }
+  if (session.misused_memory()) throw std::logic_error("a plug-in released memory that it does not own");
+  refuse_unbound_identities(document);
+  Data native = to_edit(session.output());
+  warn_of_layer(around, session, native, warnings);
+  std::move(session.warnings().begin(), session.warnings().end(), std::back_inserter(warnings));
+  return native;
+}
+
+namespace {
+
+void validate_native(const Surroundings& around, Data& candidate) {
+  if (candidate.empty()) return;
+  if (lyd_validate_all(candidate.out(), nullptr, LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS)
+    return;
+  const Complaint complaint = last_complaint(around.models);
+  throw Refused({.tag = "operation-failed",
+                 .path = complaint.path,
+                 .message = fmt::format("the native configuration that results is not valid: {}", complaint.message)});
+}
+
+// Trunk entries that the plug-in had no room for, found where nothing else is compared.
+void refuse_lost_trunk_entries(const Surroundings& around, const EditDocument& document, const Data& native) {
+  Data fresh;
+  apply_edit(fresh, native.get(), Operation::merge);
+  const Running alone(std::move(fresh));
+  std::vector<std::string> names;
+  for (const lyd_node* const entry : alone.entries()) names.emplace_back(entry_name(entry));
+  std::vector<Warning> ignored;
+  const Data after = read_entries(around, alone.entries(), FetchSet(), nullptr, ignored);
+  refuse_lost_trunks(lost_trunk_entries(document, after));
+}
+
+}  // namespace
+
+PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, EditDocument document,
+                          const EditSettings& settings) {
+  PreparedEdit prepared;
+  std::vector<Warning>& warnings = prepared.result.warnings;
+  if (check_claims(around, leaves, document, settings.ignore_unmapped)) {
+    std::vector<Warning> ignored;
+    translate(around, document, ignored);
+  }
+  warnings = std::move(document.warnings);
+  check_one_form(document);
+
+  if (around.running == nullptr) {
+    check_values(document, document.tree, warnings);
+    drop_idle(document.tree, document.default_operation);
+    spread_lists(document, nullptr);
+    prepared.result.native = translate(around, document, warnings);
+    refuse_lost_trunk_entries(around, document, prepared.result.native);
+    return prepared;
+  }
+
+  std::vector<Warning> unread;
+  Surroundings reading = around;
+  reading.trace = nullptr;
+  prepared.touched = touched_entries(document, *around.running);
+  const Data before = read_back(reading, *around.running, prepared.touched, unread);
+  drop_absent_removes(document.tree, before, document.default_operation);
+  const Expected expected = expect(around, document, before, warnings);
+  check_values(document, expected.data, warnings);
+  drop_idle(document.tree, document.default_operation);
+  rewrite_units(around, document, before, expected.data, warnings);
+  spread_lists(document, around.running);
+  prepared.result.native = translate(around, document, warnings);
+  if (expected.deferred.has_value()) throw Refused(*expected.deferred);
+
+  prepared.candidate = around.running->copy(prepared.touched);
+  apply_edit(prepared.candidate, prepared.result.native.get(), Operation::merge);
+  validate_native(around, prepared.candidate);
+  Running then(std::move(prepared.candidate));
+  std::vector<Warning> unread_after;
+  const Data after = read_back(reading, then, prepared.touched, unread_after);
+  prepared.candidate = then.take();
+  std::vector<Difference> found = differences(expected.data, after);
+  refuse_lost_trunks(lost_trunk_entries(found));
+  if (settings.verify == Verify::strict && !found.empty()) throw Refused(refusal_of(found));
+  if (settings.verify != Verify::off) prepared.result.differences = std::move(found);
+  return prepared;
+}
+
+}  // namespace yfw

@@ -1,0 +1,75 @@
+// An OpenConfig edit on its way to native configuration: what it asks for, what will be there, and how the plug-in is
+// asked so that this comes out.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "framework/documents.h"
+#include "framework/host.h"
+#include "framework/reader.h"
+#include "framework/session.h"
+
+namespace yfw {
+
+// What an edit needs of its host.
+struct EditSettings {
+  Verify verify = Verify::report;
+  bool ignore_unmapped = false;
+};
+
+// The outcome, not applied yet.
+struct PreparedEdit {
+  EditResult result;
+  std::vector<std::string> touched;  // native names of the entries that may differ
+  Data candidate;                    // those entries as they will be
+};
+
+// Runs the edit against `around.running` (null: existence is not checked and nothing is compared). Throws Refused;
+// nothing outside the result changes.
+PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, EditDocument document,
+                          const EditSettings& settings);
+
+// The pieces of the way, each in a file of its own.
+
+// Refuses, or drops with a warning, what nobody maps; refuses config/name, config/type and config/index that do not
+// agree with the entry. Returns true when a plug-in will refuse a leaf that it does not map.
+bool check_claims(const Surroundings& around, MappedLeaves& leaves, EditDocument& document, bool ignore_unmapped);
+
+// Refuses two forms of match for one sub-interface in one request.
+void check_one_form(const EditDocument& document);
+
+// Refuses values that are right one by one but not together: an entry twice in one request, a range whose low end is
+// above its high end. `resulting` is the configuration that will be there, or the request where nobody knows. Trunk
+// entries that overlap are told.
+void check_values(const EditDocument& document, const Data& resulting, std::vector<Warning>& warnings);
+
+// The operation of a node of an edit, inherited where it has none of its own.
+Operation effective_operation(const lyd_node* node, Operation default_operation);
+
+// The native names that the edit may change.
+std::vector<std::string> touched_entries(const EditDocument& document, const Running& running);
+
+// OpenConfig configuration of native entries, valid as far as it goes.
+Data read_back(const Surroundings& around, const Running& running, const std::vector<std::string>& names,
+               std::vector<Warning>& warnings);
+
+// What will be there: `before` changed as the edit says, a new form of match in place of the old one, and without
+// leaves whose condition no longer holds. A condition that only the plug-in can word better is left in `deferred`.
+struct Expected {
+  Data data;
+  bool valid = true;
+  std::optional<RpcError> deferred;
+};
+Expected expect(const Surroundings& around, const EditDocument& document, const Data& before,
+                std::vector<Warning>& warnings);
+
+// Rewrites what container handlers of the plug-in see as a whole, and spreads operations on whole lists over entries.
+void rewrite_units(const Surroundings& around, EditDocument& document, const Data& before, const Data& expected,
+                   std::vector<Warning>& warnings);
+void spread_lists(EditDocument& document, const Running* running);
+
+// Walks the edit and turns its output into a native edit.
+Data translate(const Surroundings& around, const EditDocument& document, std::vector<Warning>& warnings);
+
+}  // namespace yfw

@@ -1,0 +1,224 @@
+// Edits applied: every operation of RFC 6241 on nodes found by key.
+#include "framework/edit_config.h"
+
+#include <fmt/format.h>
+#include <libyang/libyang.h>
+
+#include <stdexcept>
+
+#include "framework/documents.h"
+#include "framework/schema.h"
+
+namespace yfw {
+
+namespace {
+
+bool removes(Operation operation) {
+  return operation == Operation::delete_ || operation == Operation::remove;
+}
+
+// Below a replaced node everything is simply there afterwards.
+Operation passed_down(Operation operation) {
+  return operation == Operation::replace ? Operation::merge : operation;
+}
+
+bool is_np_container(const lyd_node* node) {
+  return node->schema != nullptr && node->schema->nodetype == LYS_CONTAINER &&
+         (node->schema->flags & LYS_PRESENCE) == 0;
+}
+
+bool is_key_leaf(const lyd_node* node) {
+  return node->schema != nullptr && lysc_is_key(node->schema);
+}
+
+// Nodes that only the model's defaults made do not exist for an edit.
+bool exists(const lyd_node* node) {
+  if (node == nullptr || (node->flags & LYD_DEFAULT) != 0) return false;
+  return !is_np_container(node) || lyd_child(node) != nullptr;
+}
+
+// The node that an edit's node means among `siblings`; null when there is none.
+lyd_node* find_meant(const lyd_node* siblings, const lyd_node* edit) {
+  lyd_node* found = nullptr;
+  if (siblings == nullptr) return nullptr;
+  const lysc_node* const schema = schema_of(edit);
+  if (schema == nullptr) return nullptr;
+  if (edit->schema == nullptr || (schema->nodetype & (LYS_LEAF | LYS_CONTAINER)) != 0) {
+    lyd_find_sibling_val(siblings, schema, nullptr, 0, &found);
+  } else {
+    lyd_find_sibling_first(siblings, edit, &found);
+  }
+  return found;
+}
+
+[[noreturn]] void refuse(const char* tag, const lyd_node* edit, const char* what) {
+  throw Refused({.tag = tag, .path = path_of(edit), .message = fmt::format("'{}' {}", LYD_NAME(edit), what)});
+}
+
+class Application {
+ public:
+  explicit Application(Data& target) : target_(target) {}
+
+  void apply_siblings(lyd_node* parent, const lyd_node* edit, Operation outer) {
+    const lyd_node* each = nullptr;
+    LY_LIST_FOR(edit, each) {
+      if (!is_key_leaf(each)) apply(parent, each, outer);
+    }
+  }
+
+ private:
+  const lyd_node* siblings(const lyd_node* parent) const {
+    return parent == nullptr ? target_.get() : lyd_child(parent);
+  }
+
+  void erase(lyd_node* node) {
+    if (node == target_.get()) *target_.out() = node->next;
+    lyd_free_tree(node);
+  }
+
+  lyd_node* add(lyd_node* parent, const lyd_node* edit) {
+    lyd_node* made = nullptr;
+    if (lyd_dup_single(edit, reinterpret_cast<lyd_node_inner*>(parent), LYD_DUP_NO_META, &made) != LY_SUCCESS) {
+      throw std::runtime_error(fmt::format("'{}' cannot be copied", LYD_NAME(edit)));
+    }
+    if (parent == nullptr) lyd_insert_sibling(target_.get(), made, target_.out());
+    return made;
+  }
+
+  void apply(lyd_node* parent, const lyd_node* edit, Operation outer) {
+    const Operation own = operation_of(edit, outer);
+    lyd_node* const there = find_meant(siblings(parent), edit);
+    if (removes(own)) {
+      if (!exists(there) && own == Operation::delete_) refuse("data-missing", edit, "is not there to be deleted");
+      if (there != nullptr) erase(there);
+      return;
+    }
+    if (edit->schema == nullptr) return;
+    if (own == Operation::create && exists(there)) refuse("data-exists", edit, "is there already");
+    if (own == Operation::none && !exists(there) && !is_np_container(edit)) {
+      refuse("data-missing", edit, "is not there, and the default operation creates nothing");
+    }
+    if (is_term(edit->schema)) return apply_term(parent, edit, own, there);
+    lyd_node* const node = there == nullptr ? add(parent, edit) : there;
+    if (own == Operation::replace) clear(node);
+    apply_siblings(node, lyd_child(edit), passed_down(own));
+    if (is_np_container(node) && lyd_child(node) == nullptr) erase(node);
+  }
+
+  void apply_term(lyd_node* parent, const lyd_node* edit, Operation own, lyd_node* there) {
+    if (own == Operation::none) return;
+    const bool same =
+        there != nullptr && (there->flags & LYD_DEFAULT) == 0 && lyd_compare_single(there, edit, 0) == LY_SUCCESS;
+    if (same) return;
+    if (there != nullptr) erase(there);
+    add(parent, edit);
+  }
+
+  // Takes away all that a container or entry holds, but not what makes the entry the one it is.
+  void clear(lyd_node* node) {
+    lyd_node* child = lyd_child_no_keys(node);
+    while (child != nullptr) {
+      lyd_node* const next = child->next;
+      lyd_free_tree(child);
+      child = next;
+    }
+  }
+
+  Data& target_;
+};
+
+const lyd_node* first_child(const lyd_node* node) {
+  return node->schema == nullptr ? nullptr : lyd_child(node);
+}
+
+bool has_content(const lyd_node* node) {
+  const lyd_node* child = first_child(node);
+  while (child != nullptr && is_key_leaf(child)) child = child->next;
+  return child != nullptr;
+}
+
+class Dropping {
+ public:
+  explicit Dropping(Data& edit) : edit_(edit) {}
+
+  bool drop_siblings(lyd_node* edit, const lyd_node* target, Operation outer) {
+    bool dropped = false;
+    while (edit != nullptr) {
+      lyd_node* const next = edit->next;
+      if (!is_key_leaf(edit)) dropped = drop(edit, find_meant(target, edit), outer) || dropped;
+      edit = next;
+    }
+    return dropped;
+  }
+
+ private:
+  bool drop(lyd_node* edit, const lyd_node* there, Operation outer) {
+    const Operation own = operation_of(edit, outer);
+    if (removes(own)) {
+      if (own == Operation::delete_ || exists(there)) return false;
+      erase(edit);
+      return true;
+    }
+    if (edit->schema == nullptr || is_term(edit->schema)) return false;
+    // What is replaced is empty before its new content comes.
+    const lyd_node* const below = there == nullptr || own == Operation::replace ? nullptr : lyd_child(there);
+    if (!drop_siblings(lyd_child(edit), below, passed_down(own))) return false;
+    if (has_content(edit)) return true;
+    if (operation_of(edit, Operation::none) == Operation::none && own != Operation::replace) {
+      erase(edit);
+    } else {
+      mark_wanted(edit);
+    }
+    return true;
+  }
+
+  void erase(lyd_node* node) {
+    if (node == edit_.get()) *edit_.out() = node->next;
+    lyd_free_tree(node);
+  }
+
+  Data& edit_;
+};
+
+// An empty container of which nothing is said asks for nothing either.
+bool is_idle(const lyd_node* edit, Operation own) {
+  if (own == Operation::none) return edit->schema == nullptr || is_term(edit->schema) || !has_content(edit);
+  const Operation given = operation_of(edit, Operation::merge);
+  return is_np_container(edit) && !has_content(edit) && own != Operation::replace && given == Operation::merge;
+}
+
+void drop_idle_siblings(Data& edit, lyd_node* first, Operation outer) {
+  lyd_node* each = first;
+  while (each != nullptr) {
+    lyd_node* const next = each->next;
+    const Operation own = operation_of(each, outer);
+    if (each->schema != nullptr) drop_idle_siblings(edit, lyd_child(each), passed_down(own));
+    if (is_key_leaf(each)) {
+      each = next;
+      continue;
+    }
+    if (!is_idle(each, own)) {
+      mark_wanted(each);
+    } else {
+      if (each == edit.get()) *edit.out() = next;
+      lyd_free_tree(each);
+    }
+    each = next;
+  }
+}
+
+}  // namespace
+
+void apply_edit(Data& target, const lyd_node* edit, Operation default_operation) {
+  Application(target).apply_siblings(nullptr, edit, default_operation);
+}
+
+void drop_idle(Data& edit, Operation default_operation) {
+  drop_idle_siblings(edit, edit.get(), default_operation);
+}
+
+bool drop_absent_removes(Data& edit, const Data& target, Operation default_operation) {
+  return Dropping(edit).drop_siblings(edit.get(), target.get(), default_operation);
+}
+
+}  // namespace yfw

@@ -1,0 +1,39 @@
+// RFC 6241's edit-config on data trees: an edit applied to a configuration, and two configurations compared.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "framework/data.h"
+#include "framework/error.h"
+
+namespace yfw {
+
+// Applies `edit` (operation metadata; leaves to be removed may be opaque) to `target`. Existing nodes are found by
+// key. Leaf-lists merge as unions in the order of the request. Opaque nodes with another operation than delete or
+// remove are left alone. Throws Refused with data-exists or data-missing and the node's path; `target` is then in an
+// undefined state, so callers apply to a copy. Containers without presence that become empty go.
+void apply_edit(Data& target, const lyd_node* edit, Operation default_operation);
+
+// Drops from `edit` every `remove` of what is not in `target` and every ancestor that this leaves without purpose
+// (no children, no operation of its own). Returns true when something was dropped.
+bool drop_absent_removes(Data& edit, const Data& target, Operation default_operation);
+
+// Drops from `edit` what asks for nothing: leaves that the operation none leaves alone, and containers that hold
+// nothing.
+void drop_idle(Data& edit, Operation default_operation);
+
+// One difference between two configurations of the same model.
+struct Delta {
+  std::string path;    // instance path of the leaf, leaf-list entry or presence container
+  std::string before;  // value text; empty when absent
+  std::string after;
+  bool was_present;
+  bool is_present;
+};
+
+// Leaf by leaf, in document order of `before`, then what only `after` has. A value that is the model's default counts
+// as absent. List entries that differ in presence are told by their leaves.
+std::vector<Delta> compare(const Data& before, const Data& after);
+
+}  // namespace yfw

@@ -1,0 +1,397 @@
+// The parts of an edit that the plug-in's container handlers see as a whole, rewritten by what will be there, and
+// operations on whole lists spread over their entries.
+#include <fmt/format.h>
+
+#include <cstring>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <unordered_set>
+
+#include "framework/edit.h"
+#include "framework/edit_config.h"
+
+namespace yfw {
+
+namespace {
+
+bool removes(Operation operation) {
+  return operation == Operation::delete_ || operation == Operation::remove;
+}
+
+bool named(const lyd_node* node, std::string_view name) {
+  return node != nullptr && name == LYD_NAME(node);
+}
+
+const lyd_node* parent_of(const lyd_node* node) {
+  return node->parent == nullptr ? nullptr : &node->parent->node;
+}
+
+// match, ingress-mapping and switched-vlan/config.
+bool is_unit(const lyd_node* node) {
+  const lyd_node* const parent = parent_of(node);
+  if (named(node, "config")) return named(parent, "switched-vlan");
+  return named(parent, "vlan") && (named(node, "match") || named(node, "ingress-mapping"));
+}
+
+// The native containers that hold what a unit says. Lists and ranges stand in the encapsulation on L3 as well.
+std::vector<std::string_view> natives_of(const lyd_node* unit) {
+  if (named(unit, "config")) return {"vlan-trunk-configuration"};
+  if (named(unit, "ingress-mapping")) return {"rewrite"};
+  return {"encapsulation", "vlan-identifier"};
+}
+
+const lyd_node* find_below(const lyd_node* node, std::string_view name) {
+  if (named(node, name)) return node;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    const lyd_node* const found = find_below(child, name);
+    if (found != nullptr) return found;
+  }
+  return nullptr;
+}
+
+const lyd_node* find(const Data& data, const std::string& path) {
+  lyd_node* found = nullptr;
+  if (data.empty() || lyd_find_path(data.get(), path.c_str(), 0, &found) != LY_SUCCESS) return nullptr;
+  return found;
+}
+
+bool has_leaves(const lyd_node* node) {
+  if (node == nullptr) return false;
+  if (is_term(node->schema)) return (node->flags & LYD_DEFAULT) == 0;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (has_leaves(child)) return true;
+  }
+  return false;
+}
+
+// True when something of `before` is not in `after`: a leaf, or an entry of a leaf-list. A changed value is no loss.
+bool loses(const lyd_node* before, const lyd_node* after) {
+  if (before->flags & LYD_DEFAULT) return false;
+  if (after == nullptr) return has_leaves(before);
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(before), child) {
+    lyd_node* match = nullptr;
+    if (child->schema->nodetype == LYS_LEAFLIST) {
+      if (lyd_find_sibling_first(lyd_child(after), child, &match) != LY_SUCCESS) return true;
+    } else if (loses(child, child_named(after, child->schema->name))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool names_leaf_list(const lyd_node* node) {
+  const lysc_node* const schema = schema_of(node);
+  if (schema != nullptr && schema->nodetype == LYS_LEAFLIST) return true;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (names_leaf_list(child)) return true;
+  }
+  return false;
+}
+
+// True when the unit holds a value that the plug-in is going to refuse by itself, in its own words.
+bool left_to_plugin(const EditDocument& document, const lyd_node* node, Operation outer) {
+  const Operation own = operation_of(node, outer);
+  if (node->schema == nullptr) return !removes(own);
+  const auto bound = document.value_namespaces.find(node);
+  if (bound != document.value_namespaces.end()) {
+    if (bound->second == nullptr || std::strcmp(bound->second, enumeration_namespace(node->schema)) != 0) return true;
+  }
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (left_to_plugin(document, child, own)) return true;
+  }
+  return false;
+}
+
+// One unit as the request names it, in one place or in several.
+struct Unit {
+  std::string path;
+  std::vector<lyd_node*> instances;
+};
+
+void collect(lyd_node* node, Operation outer, std::vector<Unit>& units, std::map<std::string, std::size_t>& known) {
+  const Operation own = operation_of(node, outer);
+  // What goes or is replaced as a whole needs no rewriting.
+  if (node->schema == nullptr || removes(own) || own == Operation::replace) return;
+  if (is_unit(node)) {
+    const std::string path = path_of(node);
+    const auto [place, first] = known.emplace(path, units.size());
+    if (first) units.push_back({path, {}});
+    units[place->second].instances.push_back(node);
+    return;
+  }
+  lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    collect(child, own, units, known);
+  }
+}
+
+class Rewriter {
+ public:
+  Rewriter(const Surroundings& around, EditDocument& document, const Data& before, const Data& expected,
+           std::vector<Warning>& warnings)
+      : around_(around), document_(document), before_(before), expected_(expected), warnings_(warnings) {}
+
+  void run() {
+    std::vector<Unit> units;
+    std::map<std::string, std::size_t> known;
+    lyd_node* node = nullptr;
+    LY_LIST_FOR(document_.tree.get(), node) {
+      collect(node, document_.default_operation, units, known);
+    }
+    for (const Unit& unit : units) rewrite(unit);
+  }
+
+ private:
+  void rewrite(const Unit& unit) {
+    for (const lyd_node* const instance : unit.instances) {
+      if (left_to_plugin(document_, instance, Operation::merge)) return;
+    }
+    const lyd_node* const before = find(before_, unit.path);
+    const lyd_node* const after = find(expected_, unit.path);
+    const std::vector<const lyd_node*> natives = native_containers(unit.instances.front());
+    const bool goes = before != nullptr && loses(before, after);
+    bool whole_lists = unit.instances.size() > 1;
+    for (const lyd_node* const instance : unit.instances) {
+      whole_lists = whole_lists || (!natives.empty() && names_leaf_list(instance));
+    }
+    const lyd_node* const unread = unread_of(before, natives);
+    if (unread != nullptr) mind_unread(unit, unread, goes || whole_lists, goes);
+    if (!goes && !whole_lists) return;
+    lyd_node* const first = unit.instances.front();
+    for (std::size_t i = 1; i < unit.instances.size(); ++i) lyd_free_tree(unit.instances[i]);
+    if (goes) {
+      told(unit.path, has_leaves(after) ? "goes as a replace by what will be there" : "goes as a remove");
+      exchange(first, after, true);
+    } else {
+      told(unit.path, "goes with its whole lists");
+      exchange(first, after, false);
+    }
+  }
+
+  // Puts what will be there in the place of what was asked.
+  void exchange(lyd_node* asked, const lyd_node* after, bool replaced) const {
+    const bool empty = !has_leaves(after);
+    lyd_node* fresh = nullptr;
+    if (empty) {
+      lyd_dup_single(asked, nullptr, LYD_DUP_NO_META, &fresh);
+    } else {
+      lyd_dup_single(after, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_NO_META, &fresh);
+    }
+    if (replaced) set_operation(fresh, empty ? Operation::remove : Operation::replace);
+    lyd_node* const parent = const_cast<lyd_node*>(parent_of(asked));
+    lyd_free_tree(asked);
+    lyd_insert_child(parent, fresh);
+  }
+
+  void told(const std::string& path, const char* what) const {
+    if (around_.trace != nullptr) {
+      (*around_.trace)({TraceLine::Kind::note, 3, fmt::format("{} {}", path, what)});
+    }
+  }
+
+  const lyd_node* native_entry(const lyd_node* unit) const {
+    std::string name;
+    std::string index;
+    for (const lyd_node* each = unit; each != nullptr; each = parent_of(each)) {
+      if (named(each, "interface")) name = lyd_get_value(lyd_child(each));
+      if (named(each, "subinterface")) index = lyd_get_value(lyd_child(each));
+    }
+    return around_.running->entry(join_interface_name(name, index));
+  }
+
+  // Those of the unit's native containers that hold anything.
+  std::vector<const lyd_node*> native_containers(const lyd_node* unit) const {
+    std::vector<const lyd_node*> containers;
+    const lyd_node* const entry = native_entry(unit);
+    if (entry == nullptr) return containers;
+    for (const std::string_view name : natives_of(unit)) {
+      const lyd_node* const container = find_below(entry, name);
+      if (has_leaves(container)) containers.push_back(container);
+    }
+    return containers;
+  }
+
+  // The first container of which something could not be read; null when all could.
+  const lyd_node* unread_of(const lyd_node* before, const std::vector<const lyd_node*>& natives) const {
+    if (natives.empty()) return nullptr;
+    if (before == nullptr) return natives.front();
+    const Data again = written_from(before);
+    const lyd_node* const entry = again.empty() ? nullptr : lyd_child(again.get());
+    for (const lyd_node* const native : natives) {
+      const lyd_node* const written = entry == nullptr ? nullptr : find_below(entry, LYD_NAME(native));
+      if (written == nullptr || !compare(alone(native), alone(written)).empty()) return native;
+    }
+    return nullptr;
+  }
+
+  // Refuses to rewrite by what was read when not everything that is there could be read; tells what a merge leaves.
+  void mind_unread(const Unit& unit, const lyd_node* unread, bool rewritten, bool goes) {
+    const std::string name = LYD_NAME(unit.instances.front());
+    const std::string native = path_of(unread);
+    if (!rewritten) {
+      warnings_.push_back({unit.path, fmt::format("merged into what does not read back whole ({}), of which something "
+                                                  "may stay; operation replace takes the place of all of it",
+                                                  native)});
+      return;
+    }
+    throw Refused({.tag = "operation-failed",
+                   .path = unit.path,
+                   .message = fmt::format("'{}' cannot be {} in part: what is there natively ({}) does not read back "
+                                          "whole; ask for all of it with operation replace",
+                                          name, goes ? "removed" : "merged", native),
+                   .bad_element = name});
+  }
+
+  // A copy of a node in its ancestors, without their other children.
+  static Data alone(const lyd_node* node) {
+    lyd_node* copy = nullptr;
+    lyd_dup_single(node, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS | LYD_DUP_NO_META, &copy);
+    while (copy->parent != nullptr) copy = &copy->parent->node;
+    return Data(copy);
+  }
+
+  // The native configuration that what was read becomes; empty when it is refused.
+  Data written_from(const lyd_node* before) const {
+    EditDocument edit;
+    edit.tree = alone(before);
+    std::vector<Warning> ignored;
+    Surroundings silent = around_;
+    silent.trace = nullptr;
+    Data written;
+    try {
+      const Data native = translate(silent, edit, ignored);
+      apply_edit(written, native.get(), Operation::merge);
+    } catch (const Refused&) {
+      written.reset();
+    }
+    return written;
+  }
+
+  const Surroundings& around_;
+  EditDocument& document_;
+  const Data& before_;
+  const Data& expected_;
+  std::vector<Warning>& warnings_;
+};
+
+}  // namespace
+
+void rewrite_units(const Surroundings& around, EditDocument& document, const Data& before, const Data& expected,
+                   std::vector<Warning>& warnings) {
+  Rewriter(around, document, before, expected, warnings).run();
+}
+
+namespace {
+
+// Turns an operation on a whole list into the same on each of its entries: those asked for and those there.
+class Spreader {
+ public:
+  Spreader(EditDocument& document, const Running* running) : document_(document), running_(running) {}
+
+  void run() {
+    lyd_node* top = nullptr;
+    LY_LIST_FOR(document_.tree.get(), top) {
+      if (!named(top, "interfaces")) continue;
+      const Operation own = operation_of(top, document_.default_operation);
+      if (removes(own) || own == Operation::replace) spread_interfaces(top, own);
+      lyd_node* entry = nullptr;
+      LY_LIST_FOR(lyd_child(top), entry) {
+        spread_below(entry, operation_of(entry, inherited(own)));
+      }
+    }
+  }
+
+ private:
+  static Operation inherited(Operation operation) {
+    return operation == Operation::replace ? Operation::merge : operation;
+  }
+
+  void require_running(const lyd_node* node) const {
+    if (running_ != nullptr) return;
+    throw Refused({.tag = "operation-failed",
+                   .path = path_of(node),
+                   .message = fmt::format("'{}' as a whole can only be removed or replaced where the running "
+                                          "configuration says which entries there are (--running)",
+                                          LYD_NAME(node)),
+                   .bad_element = LYD_NAME(node)});
+  }
+
+  // The list's container keeps no operation; entries asked for take it, entries that are there and not asked for go.
+  void spread(lyd_node* container, const char* list, Operation operation,
+              const std::vector<std::string>& present) const {
+    std::unordered_set<std::string> asked;
+    lyd_node* entry = lyd_child(container);
+    while (entry != nullptr) {
+      lyd_node* const next = entry->next;
+      if (removes(operation)) {
+        lyd_free_tree(entry);
+      } else {
+        asked.insert(lyd_get_value(lyd_child(entry)));
+        set_operation(entry, operation);
+      }
+      entry = next;
+    }
+    set_operation(container, Operation::merge);
+    for (const std::string& key : present) {
+      if (asked.contains(key)) continue;
+      lyd_node* gone = nullptr;
+      if (lyd_new_list(container, container->schema->module, list, 0, &gone, key.c_str()) == LY_SUCCESS) {
+        set_operation(gone, Operation::remove);
+      }
+    }
+  }
+
+  void spread_interfaces(lyd_node* interfaces, Operation operation) const {
+    require_running(interfaces);
+    std::vector<std::string> present;
+    std::unordered_set<std::string> seen;
+    for (const lyd_node* const entry : running_->entries()) {
+      std::string name(split_interface_name(entry_name(entry)).name);
+      if (seen.insert(name).second) present.push_back(std::move(name));
+    }
+    spread(interfaces, "interface", operation, present);
+  }
+
+  std::vector<std::string> indexes_of(std::string_view name) const {
+    std::vector<std::string> indexes;
+    for (const std::string& each : running_->subinterfaces_of(name)) {
+      indexes.emplace_back(split_interface_name(each).index);
+    }
+    return indexes;
+  }
+
+  void spread_below(lyd_node* interface, Operation own) const {
+    const char* const name = lyd_get_value(lyd_child(interface));
+    lyd_node* container = const_cast<lyd_node*>(child_named(interface, "subinterfaces"));
+    if (own == Operation::replace && running_ != nullptr) {
+      const std::vector<std::string> present = indexes_of(name);
+      if (container == nullptr && !present.empty()) {
+        lyd_new_inner(interface, interface->schema->module, "subinterfaces", 0, &container);
+      }
+      if (container != nullptr) spread(container, "subinterface", own, present);
+      return;
+    }
+    if (container == nullptr || removes(own)) return;
+    const Operation operation = operation_of(container, inherited(own));
+    if (!removes(operation) && operation != Operation::replace) return;
+    require_running(container);
+    spread(container, "subinterface", operation, indexes_of(name));
+  }
+
+  EditDocument& document_;
+  const Running* running_;
+};
+
+}  // namespace
+
+void spread_lists(EditDocument& document, const Running* running) {
+  Spreader(document, running).run();
+}
+
+}  // namespace yfw

@@ -1,0 +1,147 @@
+// Values that are right one by one and wrong together: repeated entries, ranges upside down, overlapping trunks.
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <optional>
+#include <set>
+
+#include "framework/edit.h"
+
+namespace yfw {
+
+namespace {
+
+bool removes(Operation operation) {
+  return operation == Operation::delete_ || operation == Operation::remove;
+}
+
+// The leaves of a container that bound a range.
+struct Bounds {
+  const char* low;
+  const char* high;
+};
+
+constexpr std::array<Bounds, 3> kBounds{{
+    {"low-vlan-id", "high-vlan-id"},
+    {"inner-low-vlan-id", "inner-high-vlan-id"},
+    {"outer-low-vlan-id", "outer-high-vlan-id"},
+}};
+
+std::optional<int> number(std::string_view text) {
+  int value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+// The ids of a trunk entry: one, or a range "low..high".
+struct Ids {
+  int low;
+  int high;
+};
+
+std::optional<Ids> ids_of(std::string_view entry) {
+  const std::size_t dots = entry.find("..");
+  const std::optional<int> low = number(entry.substr(0, dots));
+  const std::optional<int> high = dots == std::string_view::npos ? low : number(entry.substr(dots + 2));
+  if (!low.has_value() || !high.has_value()) return std::nullopt;
+  return Ids{*low, *high};
+}
+
+[[noreturn]] void refuse(const lyd_node* node, std::string message) {
+  throw Refused(
+      {.tag = "invalid-value", .path = path_of(node), .message = std::move(message), .bad_element = LYD_NAME(node)});
+}
+
+class Check {
+ public:
+  Check(const Data& resulting, std::vector<Warning>& warnings) : resulting_(resulting), warnings_(warnings) {}
+
+  void check(const lyd_node* node, Operation outer) {
+    const Operation own = operation_of(node, outer);
+    if (node->schema == nullptr || is_term(node->schema) || removes(own)) return;
+    check_repeats(node, own);
+    for (const Bounds& bounds : kBounds) check_bounds(node, bounds);
+    check_trunks(node, own);
+    const lyd_node* child = nullptr;
+    LY_LIST_FOR(lyd_child(node), child) {
+      check(child, own);
+    }
+  }
+
+ private:
+  static void check_repeats(const lyd_node* container, Operation own) {
+    std::set<std::pair<const lysc_node*, std::string>> seen;
+    const lyd_node* child = nullptr;
+    LY_LIST_FOR(lyd_child(container), child) {
+      if (child->schema == nullptr || child->schema->nodetype != LYS_LEAFLIST) continue;
+      if (removes(operation_of(child, own))) continue;
+      const char* const value = lyd_get_value(child);
+      if (seen.emplace(child->schema, value).second) continue;
+      refuse(child, fmt::format("'{}' names {} twice in one request", LYD_NAME(child), value));
+    }
+  }
+
+  const lyd_node* resulting(const lyd_node* node) const {
+    lyd_node* found = nullptr;
+    if (resulting_.empty()) return nullptr;
+    lyd_find_path(resulting_.get(), path_of(node).c_str(), 0, &found);
+    return found;
+  }
+
+  void check_bounds(const lyd_node* container, const Bounds& bounds) const {
+    const lyd_node* const asked_low = child_named(container, bounds.low);
+    const lyd_node* const asked_high = child_named(container, bounds.high);
+    if (asked_low == nullptr && asked_high == nullptr) return;
+    const lyd_node* const there = resulting(container);
+    const lyd_node* const low = there == nullptr ? nullptr : child_named(there, bounds.low);
+    const lyd_node* const high = there == nullptr ? nullptr : child_named(there, bounds.high);
+    if (low == nullptr || high == nullptr) return;
+    const std::string_view low_text = lyd_get_value(low);
+    const std::string_view high_text = lyd_get_value(high);
+    if (number(low_text).value_or(0) <= number(high_text).value_or(0)) return;
+    refuse(asked_high != nullptr ? asked_high : asked_low,
+           fmt::format("the range from '{}' {} to '{}' {} is upside down: the low id must not be above the high one",
+                       bounds.low, low_text, bounds.high, high_text));
+  }
+
+  void check_trunks(const lyd_node* config, Operation own) {
+    std::vector<std::pair<Ids, const lyd_node*>> entries;
+    const lyd_node* child = nullptr;
+    LY_LIST_FOR(lyd_child(config), child) {
+      if (std::strcmp(LYD_NAME(child), "trunk-vlans") != 0 || removes(operation_of(child, own))) continue;
+      const std::optional<Ids> ids = ids_of(lyd_get_value(child));
+      if (!ids.has_value()) continue;
+      if (ids->low > ids->high) {
+        refuse(child, fmt::format("'trunk-vlans' has the range {} upside down: ask for {}..{}", lyd_get_value(child),
+                                  ids->high, ids->low));
+      }
+      entries.emplace_back(*ids, child);
+    }
+    std::sort(entries.begin(), entries.end(),
+              [](const auto& left, const auto& right) { return left.first.low < right.first.low; });
+    for (std::size_t i = 1; i < entries.size(); ++i) {
+      if (entries[i].first.low > entries[i - 1].first.high) continue;
+      warnings_.push_back({path_of(entries[i].second), fmt::format("overlaps with {}, both are kept as they are",
+                                                                   lyd_get_value(entries[i - 1].second))});
+    }
+  }
+
+  const Data& resulting_;
+  std::vector<Warning>& warnings_;
+};
+
+}  // namespace
+
+void check_values(const EditDocument& document, const Data& resulting, std::vector<Warning>& warnings) {
+  Check check(resulting, warnings);
+  const lyd_node* top = nullptr;
+  LY_LIST_FOR(document.tree.get(), top) {
+    check.check(top, document.default_operation);
+  }
+}
+
+}  // namespace yfw

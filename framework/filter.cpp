@@ -1,0 +1,201 @@
+// Selection of data by a subtree filter.
+#include "framework/filter.h"
+
+#include <libyang/libyang.h>
+
+#include <cstring>
+#include <stdexcept>
+#include <unordered_map>
+#include <utility>
+
+#include "framework/schema.h"
+
+namespace yfw {
+
+namespace {
+
+const lyd_node* first_child(const lyd_node* filter) {
+  return reinterpret_cast<const lyd_node_opaq*>(filter)->child;
+}
+
+const char* value_of(const lyd_node* filter) {
+  return reinterpret_cast<const lyd_node_opaq*>(filter)->value;
+}
+
+// A filter node, its schema looked up once and its children sorted by what they do.
+struct Criterion {
+  const lysc_node* schema = nullptr;
+  const char* value = "";             // of content-match nodes
+  std::vector<Criterion> matches;     // content-match children: all have to hold
+  std::vector<Criterion> selections;  // the others
+  bool takes_all() const { return selections.empty(); }
+};
+
+Criterion compile(const lyd_node* filter) {
+  Criterion made;
+  made.schema = schema_of(filter);
+  if (value_of(filter) != nullptr) made.value = value_of(filter);
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(first_child(filter), child) {
+    Criterion below = compile(child);
+    (*below.value == '\0' ? made.selections : made.matches).push_back(std::move(below));
+  }
+  return made;
+}
+
+using Criteria = std::vector<const Criterion*>;
+
+lyd_node* find_match(const lyd_node* node, const Criterion& match) {
+  lyd_node* found = nullptr;
+  const bool leaf = match.schema->nodetype == LYS_LEAF;
+  if (lyd_find_sibling_val(lyd_child(node), match.schema, leaf ? nullptr : match.value,
+                           leaf ? 0 : std::strlen(match.value), &found) != LY_SUCCESS) {
+    return nullptr;
+  }
+  return std::strcmp(lyd_get_value(found), match.value) == 0 ? found : nullptr;
+}
+
+class Selection {
+ public:
+  explicit Selection(Data& result) : result_(result) {}
+
+  // Copies of `node` what the criteria, all of its schema node, select; false when that is nothing.
+  bool copy(const lyd_node* node, const Criteria& criteria, lyd_node* parent) {
+    Criteria below;
+    std::vector<const lyd_node*> matched;
+    for (const Criterion* const each : criteria) {
+      std::vector<const lyd_node*> found;
+      for (const Criterion& match : each->matches) {
+        const lyd_node* const leaf = find_match(node, match);
+        if (leaf != nullptr) found.push_back(leaf);
+      }
+      if (found.size() < each->matches.size()) continue;
+      if (each->takes_all()) {
+        duplicate(node, parent, LYD_DUP_RECURSIVE | LYD_DUP_WITH_FLAGS);
+        return true;
+      }
+      matched.insert(matched.end(), found.begin(), found.end());
+      for (const Criterion& selection : each->selections) below.push_back(&selection);
+    }
+    if (below.empty()) return false;
+    return copy_part(node, below, matched, parent);
+  }
+
+ private:
+  bool copy_part(const lyd_node* node, const Criteria& below, const std::vector<const lyd_node*>& matched,
+                 lyd_node* parent) {
+    lyd_node* const made = duplicate(node, parent, 0);
+    std::unordered_map<const lysc_node*, Criteria> by_schema;
+    for (const Criterion* const each : below) by_schema[each->schema].push_back(each);
+    bool any = false;
+    const lyd_node* child = nullptr;
+    LY_LIST_FOR(lyd_child(node), child) {
+      const auto asked = by_schema.find(child->schema);
+      if (asked != by_schema.end()) any = copy(child, asked->second, made) || any;
+    }
+    for (const lyd_node* const leaf : matched) {
+      lyd_node* there = nullptr;
+      if (lyd_find_sibling_first(lyd_child(made), leaf, &there) != LY_SUCCESS) duplicate(leaf, made, 0);
+    }
+    if (any || !matched.empty()) return true;
+    if (parent == nullptr) *result_.out() = made->next;
+    lyd_free_tree(made);
+    return false;
+  }
+
+  lyd_node* duplicate(const lyd_node* node, lyd_node* parent, uint32_t options) {
+    lyd_node* made = nullptr;
+    if (lyd_dup_single(node, reinterpret_cast<lyd_node_inner*>(parent), options, &made) != LY_SUCCESS) {
+      throw std::runtime_error("data cannot be copied");
+    }
+    if (parent == nullptr) lyd_insert_sibling(result_.get(), made, result_.out());
+    return made;
+  }
+
+  Data& result_;
+};
+
+}  // namespace
+
+Data select(const Data& data, const Data& filter) {
+  if (filter.empty()) return data.clone();
+  std::vector<Criterion> compiled;
+  const lyd_node* node = nullptr;
+  LY_LIST_FOR(filter.get(), node) {
+    compiled.push_back(compile(node));
+  }
+  Data result;
+  Selection selection(result);
+  LY_LIST_FOR(data.get(), node) {
+    Criteria criteria;
+    for (const Criterion& each : compiled) {
+      if (each.schema == node->schema) criteria.push_back(&each);
+    }
+    if (!criteria.empty()) selection.copy(node, criteria, nullptr);
+  }
+  return result;
+}
+
+namespace {
+
+bool is_state(const lyd_node* node) {
+  return (node->schema->flags & LYS_CONFIG_R) != 0;
+}
+
+bool is_key(const lyd_node* node) {
+  return node->schema->nodetype == LYS_LEAF && lysc_is_key(node->schema);
+}
+
+// Frees the children that `unwanted` names, and asks about what is below the others.
+template <typename Unwanted>
+void prune_below(lyd_node* node, const Unwanted& unwanted) {
+  lyd_node* child = lyd_child(node);
+  while (child != nullptr) {
+    lyd_node* const next = child->next;
+    if (unwanted(child)) {
+      lyd_free_tree(child);
+    } else {
+      prune_below(child, unwanted);
+    }
+    child = next;
+  }
+}
+
+template <typename Unwanted>
+void prune(Data& data, const Unwanted& unwanted) {
+  lyd_node* node = data.get();
+  while (node != nullptr) {
+    lyd_node* const next = node->next;
+    if (unwanted(node)) {
+      if (data.get() == node) *data.out() = next;
+      lyd_free_tree(node);
+    } else {
+      prune_below(node, unwanted);
+    }
+    node = next;
+  }
+}
+
+bool holds_state(const lyd_node* node) {
+  if (is_state(node)) return true;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (holds_state(child)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Data take_state(Data& data) {
+  Data state = data.clone();
+  prune(state, [](const lyd_node* node) { return !is_key(node) && !holds_state(node); });
+  prune(data, is_state);
+  return state;
+}
+
+void strip_defaults(Data& data) {
+  prune(data, [](const lyd_node* node) { return (node->flags & LYD_DEFAULT) != 0; });
+}
+
+}  // namespace yfw

@@ -1,0 +1,152 @@
+// The host: models, plug-ins and the running configuration, and every request as one call.
+#include "framework/host.h"
+
+#include <fmt/format.h>
+#include <libyang/libyang.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "framework/documents.h"
+#include "framework/edit.h"
+#include "framework/filter.h"
+#include "framework/models.h"
+#include "framework/plugin.h"
+#include "framework/reader.h"
+#include "framework/running.h"
+
+namespace yfw {
+
+namespace {
+
+std::vector<std::string> lines_of(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    if (line.find_first_not_of(" \t\r") != std::string_view::npos) lines.emplace_back(line);
+    text.remove_prefix(std::min(text.size(), line.size() + 1));
+  }
+  return lines;
+}
+
+}  // namespace
+
+struct Host::Impl {
+  explicit Impl(HostOptions given)
+      : options(std::move(given)), models(options.yang_dir, options.openconfig_dir), paths(models.get()) {}
+
+  Surroundings around() {
+    Surroundings result;
+    result.models = models.get();
+    result.paths = &paths;
+    result.plugins = &plugins;
+    result.bind_subinterface_vlan_id = options.bind_subinterface_vlan_id;
+    result.running = running.has_value() ? &*running : nullptr;
+    result.layer = options.layer;
+    result.trace = options.trace ? &options.trace : nullptr;
+    return result;
+  }
+
+  PreparedEdit prepare(const Document& request) {
+    if (plugins.empty()) throw Unreadable("no plug-in is loaded");
+    return prepare_edit(around(), leaves, parse_edit(models.get(), request, options.default_operation),
+                        {options.verify, options.ignore_unmapped});
+  }
+
+  // The filter without what nobody maps; empty when there was none. False when nothing is left of it.
+  bool take_filter(const Document& document, Data& filter, std::vector<Warning>& warnings) {
+    if (plugins.empty()) throw Unreadable("no plug-in is loaded");
+    bool selects_nothing = false;
+    const std::size_t first = document.text.find_first_not_of(" \t\r\n");
+    if (first != std::string_view::npos) {
+      const bool is_paths = document.text[first] == '/';
+      filter = is_paths ? paths_to_filter(models.get(), lines_of(document.text))
+                        : parse_filter(models.get(), document, &selects_nothing);
+    }
+    if (selects_nothing) return false;
+    return prune_filter(around(), leaves, filter, warnings);
+  }
+
+  // What is left out of an answer stands in the trace too, among the calls that led to it.
+  void note(const std::vector<Warning>& warnings) const {
+    if (!options.trace) return;
+    for (const Warning& warning : warnings) {
+      options.trace({TraceLine::Kind::note, 3, fmt::format("{}: {}", warning.path, warning.message)});
+    }
+  }
+
+  ReadResult read(const Document* operational, const Document& document) {
+    ReadResult result;
+    Data filter;
+    if (!take_filter(document, filter, result.warnings)) return result;
+    Data state;
+    if (operational != nullptr) state = parse_data(models.get(), *operational, true, &result.warnings);
+    FetchSet fetch;
+    if (!filter.empty()) fetch = collect_paths(around(), filter, operational != nullptr).set;
+    std::vector<const lyd_node*> entries;
+    if (running.has_value()) entries = running->entries();
+    Data all = read_entries(around(), entries, fetch, operational == nullptr ? nullptr : &state, result.warnings);
+    make_valid(models.get(), all, result.warnings);
+    note(result.warnings);
+    result.data = select(all, filter);
+    return result;
+  }
+
+  HostOptions options;
+  Models models;
+  PathCache paths;
+  Plugins plugins;
+  MappedLeaves leaves;
+  std::optional<Running> running;
+};
+
+Host::Host(HostOptions options) : impl_(std::make_unique<Impl>(std::move(options))) {}
+Host::~Host() = default;
+Host::Host(Host&&) noexcept = default;
+Host& Host::operator=(Host&&) noexcept = default;
+
+void Host::load_plugin(const std::string& path) {
+  impl_->plugins.load(path);
+}
+
+void Host::set_running(const Document& document) {
+  impl_->running.emplace(parse_data(impl_->models.get(), document, false));
+}
+
+bool Host::has_running() const {
+  return impl_->running.has_value();
+}
+
+const Data& Host::running() const {
+  static const Data nothing;
+  return impl_->running.has_value() ? impl_->running->data() : nothing;
+}
+
+EditResult Host::edit(const Document& request) {
+  return impl_->prepare(request).result;
+}
+
+EditResult Host::apply(const Document& request) {
+  if (!impl_->running.has_value()) impl_->running.emplace();
+  PreparedEdit prepared = impl_->prepare(request);
+  impl_->running->replace(prepared.touched, std::move(prepared.candidate));
+  return std::move(prepared.result);
+}
+
+ReadResult Host::read(const Document& filter) {
+  return impl_->read(nullptr, filter);
+}
+
+ReadResult Host::read_state(const Document& operational, const Document& filter) {
+  return impl_->read(&operational, filter);
+}
+
+FetchResult Host::fetch(const Document& filter, bool with_state) {
+  FetchResult result;
+  Data parsed;
+  if (!impl_->take_filter(filter, parsed, result.warnings)) return result;
+  result.paths = collect_paths(impl_->around(), parsed, with_state).paths;
+  return result;
+}
+
+}  // namespace yfw

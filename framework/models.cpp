@@ -1,0 +1,125 @@
+// Finding and loading modules, by name and never by what happens to lie in a folder.
+#include "framework/models.h"
+
+#include <fmt/format.h>
+#include <libyang/libyang.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "framework/error.h"
+
+namespace yfw {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// In the order in which they load: identities before what refers to them, types before their users.
+constexpr std::array<const char*, 10> kModules{"ietf-netconf",
+                                               "iana-if-type",
+                                               "openconfig-vlan-types",
+                                               "openconfig-interfaces",
+                                               "openconfig-if-ethernet",
+                                               "openconfig-if-aggregate",
+                                               "openconfig-vlan",
+                                               "Vexnet-OS-interface-cfg",
+                                               "Vexnet-OS-l2-eth-infra-cfg",
+                                               "Vexnet-OS-l2-eth-infra-oper"};
+
+struct Folders {
+  std::string yang;
+  std::string openconfig;
+  std::string failure;  // of the last look-up; empty when it succeeded
+};
+
+// Which folders may hold a module. Mixing compact and published OpenConfig modules would make a model of neither.
+std::vector<fs::path> folders_for(const Folders& folders, std::string_view module) {
+  const bool ours = module.starts_with("Vexnet-OS-") || module == "ietf-netconf";
+  if (ours || folders.openconfig.empty()) return {folders.yang};
+  if (module.starts_with("openconfig-")) return {folders.openconfig};
+  return {folders.openconfig, folders.yang};
+}
+
+// NAME.yang, or the newest NAME@REVISION.yang; empty when the folder has neither.
+fs::path find_in(const fs::path& folder, std::string_view module) {
+  fs::path plain = folder / fmt::format("{}.yang", module);
+  std::error_code ignored;
+  if (fs::is_regular_file(plain, ignored)) return plain;
+  const std::string dated = fmt::format("{}@", module);
+  fs::path newest;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
+    const std::string name = entry.path().filename().string();
+    if (name.starts_with(dated) && name.ends_with(".yang")) newest = std::max(newest, entry.path());
+  }
+  return newest;
+}
+
+LY_ERR import_module(const char* module, const char*, const char* submodule, const char*, void* user,
+                     LYS_INFORMAT* format, const char** text, ly_module_imp_data_free_clb* release) {
+  Folders& folders = *static_cast<Folders*>(user);
+  const std::string_view wanted = submodule == nullptr ? module : submodule;
+  std::string places;
+  for (const fs::path& folder : folders_for(folders, module)) {
+    const fs::path file = find_in(folder, wanted);
+    places += fmt::format("{}{}", places.empty() ? "" : " and ", folder.string());
+    if (file.empty()) continue;
+    std::ifstream in(file, std::ios::binary);
+    const std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    if (!in.good() && !in.eof()) {
+      folders.failure = fmt::format("{} cannot be read", file.string());
+      return LY_ESYS;
+    }
+    *format = LYS_IN_YANG;
+    *text = strdup(content.c_str());
+    *release = [](void* data, void*) { std::free(data); };
+    return LY_SUCCESS;
+  }
+  folders.failure = fmt::format("there is no {}.yang in {}", wanted, places);
+  return LY_ENOTFOUND;
+}
+
+// What libyang complained about first: what follows is only who needed it.
+std::string first_complaint(const ly_ctx* context) {
+  for (const ly_err_item* item = ly_err_first(context); item != nullptr; item = item->next) {
+    if (item->level != LY_LLERR || item->msg == nullptr) continue;
+    return item->path == nullptr ? std::string(item->msg) : fmt::format("{} ({})", item->msg, item->path);
+  }
+  return "unknown reason";
+}
+
+}  // namespace
+
+void Models::Destroy::operator()(ly_ctx* context) const noexcept {
+  ly_ctx_destroy(context);
+}
+
+Models::Models(const std::string& yang_dir, const std::string& openconfig_dir) {
+  // Messages are kept with the context and thread that they belong to; nothing is printed.
+  ly_log_options(LY_LOSTORE);
+  ly_ctx* context = nullptr;
+  constexpr uint16_t kOptions = LY_CTX_NO_YANGLIBRARY | LY_CTX_REF_IMPLEMENTED | LY_CTX_SET_PRIV_PARSED |
+                                LY_CTX_DISABLE_SEARCHDIRS | LY_CTX_DISABLE_SEARCHDIR_CWD;
+  if (ly_ctx_new(nullptr, kOptions, &context) != LY_SUCCESS) throw Unreadable("cannot start the YANG library");
+  context_.reset(context);
+
+  Folders folders{yang_dir, openconfig_dir, {}};
+  ly_ctx_set_module_imp_clb(context, import_module, &folders);
+  for (const char* const module : kModules) {
+    ly_err_clean(context, nullptr);
+    folders.failure.clear();
+    if (ly_ctx_load_module(context, module, nullptr, nullptr) != nullptr) continue;
+    throw Unreadable(fmt::format("cannot load module {}: {}", module,
+                                 folders.failure.empty() ? first_complaint(context) : folders.failure));
+  }
+  ly_err_clean(context, nullptr);
+  ly_ctx_set_module_imp_clb(context, nullptr, nullptr);
+}
+
+}  // namespace yfw

@@ -1,0 +1,156 @@
+// The native running configuration by interface name.
+#include "framework/running.h"
+
+#include <libyang/libyang.h>
+
+#include "framework/filter.h"
+
+namespace yfw {
+
+namespace {
+
+constexpr std::string_view kRoot = "interface-configurations";
+constexpr std::string_view kEntry = "interface-configuration";
+
+lyd_node* root_of(const Data& data) {
+  lyd_node* node = nullptr;
+  LY_LIST_FOR(data.get(), node) {
+    if (node->schema != nullptr && kRoot == node->schema->name) return node;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+InterfaceName split_interface_name(std::string_view native) {
+  const std::size_t dot = native.find('.');
+  if (dot == std::string_view::npos) return {native, {}};
+  return {native.substr(0, dot), native.substr(dot + 1)};
+}
+
+std::string join_interface_name(std::string_view name, std::string_view index) {
+  std::string joined(name);
+  if (!index.empty()) joined.append(1, '.').append(index);
+  return joined;
+}
+
+const lyd_node* child_named(const lyd_node* parent, std::string_view name) {
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(parent), child) {
+    if (child->schema != nullptr && name == child->schema->name) return child;
+  }
+  return nullptr;
+}
+
+std::string_view entry_name(const lyd_node* entry) {
+  return lyd_get_value(lyd_child(entry));
+}
+
+bool is_l2(const lyd_node* entry) {
+  return child_named(entry, "l2-transport") != nullptr;
+}
+
+Running::Running(Data data) : data_(std::move(data)) {
+  // Validation adds every container that could be there; most of a device is made of what is not.
+  strip_defaults(data_);
+  index();
+}
+
+Data Running::take() {
+  Data taken = std::move(data_);
+  index();
+  return taken;
+}
+
+void Running::index() {
+  order_.clear();
+  by_name_.clear();
+  subinterfaces_.clear();
+  const lyd_node* const root = root_of(data_);
+  if (root == nullptr) return;
+  const lyd_node* entry = nullptr;
+  LY_LIST_FOR(lyd_child(root), entry) {
+    if (entry->schema == nullptr || kEntry != entry->schema->name) continue;
+    const std::string_view name = entry_name(entry);
+    order_.push_back(entry);
+    by_name_.emplace(name, entry);
+    const InterfaceName split = split_interface_name(name);
+    if (split.is_subinterface()) subinterfaces_[std::string(split.name)].emplace_back(name);
+  }
+}
+
+const lyd_node* Running::entry(std::string_view native_name) const {
+  const auto found = by_name_.find(native_name);
+  return found == by_name_.end() ? nullptr : found->second;
+}
+
+std::vector<std::string> Running::subinterfaces_of(std::string_view name) const {
+  const auto found = subinterfaces_.find(std::string(name));
+  return found == subinterfaces_.end() ? std::vector<std::string>() : found->second;
+}
+
+Data Running::copy(const std::vector<std::string>& native_names) const {
+  Data copy;
+  lyd_node* root = nullptr;
+  for (const std::string& name : native_names) {
+    const lyd_node* const found = entry(name);
+    if (found == nullptr) continue;
+    if (root == nullptr) {
+      lyd_dup_single(&found->parent->node, nullptr, LYD_DUP_NO_META, &root);
+      copy.reset(root);
+    }
+    lyd_dup_single(found, reinterpret_cast<lyd_node_inner*>(root), LYD_DUP_RECURSIVE | LYD_DUP_WITH_FLAGS, nullptr);
+  }
+  return copy;
+}
+
+void Running::replace(const std::vector<std::string>& native_names, Data changed) {
+  strip_defaults(changed);
+  lyd_node* const fresh_root = root_of(changed);
+  std::unordered_map<std::string_view, lyd_node*> fresh;
+  lyd_node* each = nullptr;
+  LY_LIST_FOR(lyd_child(fresh_root), each) {
+    fresh.emplace(entry_name(each), each);
+  }
+  bool entries_changed = false;
+  std::vector<lyd_node*> added;
+  for (const std::string& name : native_names) {
+    const auto now = fresh.find(name);
+    lyd_node* const old_entry = const_cast<lyd_node*>(entry(name));
+    lyd_node* const new_entry = now == fresh.end() ? nullptr : now->second;
+    if (old_entry == nullptr) {
+      if (new_entry != nullptr) added.push_back(new_entry);
+      continue;
+    }
+    if (new_entry == nullptr) {
+      lyd_free_tree(old_entry);
+      entries_changed = true;
+      continue;
+    }
+    // The entry itself keeps its place; what it holds is exchanged.
+    lyd_node* child = lyd_child_no_keys(old_entry);
+    while (child != nullptr) {
+      lyd_node* const next = child->next;
+      lyd_free_tree(child);
+      child = next;
+    }
+    child = lyd_child_no_keys(new_entry);
+    while (child != nullptr) {
+      lyd_node* const next = child->next;
+      lyd_insert_child(old_entry, child);
+      child = next;
+    }
+  }
+  if (!added.empty()) {
+    lyd_node* root = root_of(data_);
+    if (root == nullptr) {
+      lyd_dup_single(fresh_root, nullptr, LYD_DUP_NO_META, &root);
+      lyd_insert_sibling(data_.get(), root, data_.out());
+    }
+    for (lyd_node* const entry : added) lyd_insert_child(root, entry);
+    entries_changed = true;
+  }
+  if (entries_changed) index();
+}
+
+}  // namespace yfw

@@ -1,0 +1,72 @@
+// The native running configuration: owned data, and its interface entries by name.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "framework/data.h"
+
+struct ly_ctx;
+struct lysc_node;
+
+namespace yfw {
+
+// The two halves of a native interface name: NAME, or NAME.INDEX split at the first dot.
+struct InterfaceName {
+  std::string_view name;
+  std::string_view index;  // empty for a main interface
+  bool is_subinterface() const { return !index.empty(); }
+};
+
+InterfaceName split_interface_name(std::string_view native);
+
+// NAME, or NAME.INDEX.
+std::string join_interface_name(std::string_view name, std::string_view index);
+
+class Running {
+ public:
+  // Takes the configuration over. Null data is an empty configuration.
+  explicit Running(Data data = {});
+
+  const Data& data() const { return data_; }
+
+  // Gives the configuration away; what is left is empty.
+  Data take();
+
+  // The entry of a native interface; null when there is none.
+  const lyd_node* entry(std::string_view native_name) const;
+
+  // All entries, in the order of the configuration.
+  const std::vector<const lyd_node*>& entries() const { return order_; }
+
+  // Native names of the sub-interfaces of an interface that have an entry.
+  std::vector<std::string> subinterfaces_of(std::string_view name) const;
+
+  // The entries of these names, copied into a tree of their own; names without an entry are left out.
+  Data copy(const std::vector<std::string>& native_names) const;
+
+  // Puts what `changed` holds of these names in place of what is here: entries are replaced, added, or go.
+  void replace(const std::vector<std::string>& native_names, Data changed);
+
+ private:
+  void index();
+
+  Data data_;
+  std::vector<const lyd_node*> order_;
+  std::unordered_map<std::string_view, const lyd_node*> by_name_;
+  std::unordered_map<std::string, std::vector<std::string>> subinterfaces_;
+};
+
+// The name of an interface entry.
+std::string_view entry_name(const lyd_node* entry);
+
+// True when the entry is an L2 transport interface.
+bool is_l2(const lyd_node* entry);
+
+// The child of a node by its schema name; null when there is none.
+const lyd_node* child_named(const lyd_node* parent, std::string_view name);
+
+}  // namespace yfw

@@ -1,0 +1,27 @@
+// What reads back differently from what was asked, and what is known about it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "framework/documents.h"
+#include "framework/host.h"
+
+namespace yfw {
+
+// The leaves in which `after` is not what was expected, each with the known exception that it is.
+std::vector<Difference> differences(const Data& expected, const Data& after);
+
+// Trunk entries that were asked for and do not read back.
+std::vector<Difference> lost_trunk_entries(const std::vector<Difference>& found);
+
+// The same where nothing was expected: entries that the edit writes and `after` does not have.
+std::vector<Difference> lost_trunk_entries(const EditDocument& document, const Data& after);
+
+// Throws Refused, naming the entries, when there are any: the plug-in drops what its text has no room for.
+void refuse_lost_trunks(const std::vector<Difference>& lost);
+
+// The refusal that a strict verification ends in. `found` is not empty.
+RpcError refusal_of(const std::vector<Difference>& found);
+
+}  // namespace yfw

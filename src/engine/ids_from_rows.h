@@ -1,0 +1,12 @@
+// Turns the rows of a family into enumerators: the index of each row in the node table.
+#define ENTRY(name) augment_##name,
+#define ROOT(walker) walker,
+#define SECOND_WALKER(row, walker) row,
+#define CONTAINER(walker, parent, tag) walker,
+#define CONTAINER_TO(walker, parent, tag, translation) walker,
+#define CONTAINER_UNMAPPED(walker, parent, tag) walker,
+#define LIST(walker, parent, tag, key, path) walker,
+#define LIST_UNMAPPED(walker, parent, tag, key, path) walker,
+#define LEAF(walker, parent, tag) walker,
+#define LEAF_TO(walker, parent, tag, translation) walker,
+#define LEAF_UNMAPPED(walker, parent, tag) walker,

@@ -1,0 +1,304 @@
+// The services as a plug-in calls them, under a session of their own.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "framework/documents.h"
+#include "framework/models.h"
+#include "framework/session.h"
+
+namespace yfw {
+namespace {
+
+constexpr char kRunning[] = R"(<interface-configurations xmlns="http://vexnet.com/ns/yang/Vexnet-OS-interface-cfg">
+  <interface-configuration><interface-name>Ethernet0/0/1</interface-name>
+    <vlan-trunk-configuration xmlns="http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-cfg">
+      <vlan-switched><mode>trunk</mode></vlan-switched></vlan-trunk-configuration></interface-configuration>
+  <interface-configuration><interface-name>Ethernet0/0/2</interface-name>
+    <vlan-trunk-configuration xmlns="http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-cfg">
+      <vlan-switched><mode>access</mode></vlan-switched></vlan-trunk-configuration></interface-configuration>
+  <interface-configuration><interface-name>Ethernet0/0/3</interface-name></interface-configuration>
+  <interface-configuration><interface-name>Ethernet0/0/1.100</interface-name><l2-transport/></interface-configuration>
+  <interface-configuration><interface-name>Ethernet0/0/1.200</interface-name></interface-configuration>
+</interface-configurations>)";
+
+class ServicesTest : public testing::Test {
+ protected:
+  Surroundings around(Layer layer = Layer::from_running) {
+    Surroundings result;
+    result.models = models_.get();
+    result.paths = &paths_;
+    result.running = &running_;
+    result.layer = layer;
+    return result;
+  }
+
+  // The interface manager's answer as the plug-in gets it: -1 unknown, 0 L3, 1 L2.
+  static int asked_layer(const char* name) {
+    imc_find_request request{};
+    std::snprintf(request.name, sizeof request.name, "%s", name);
+    imc_find_reply found{};
+    if (imc_interface_find(yfw_ocifmgr_im_conn, 1, &request, &found) != 0 || found.status != 0) return -1;
+    imc_flags_reply flags{};
+    if (imc_interface_get_flags(yfw_ocifmgr_im_conn, 1, &found.handle, &flags) != 0 || flags.status != 0) return -1;
+    return (flags.flags & 0x1000u) != 0 ? 1 : 0;
+  }
+
+  // The first integer of a system-database item: -1 when there is no such item.
+  static int switched_item(const char* path) {
+    uint64_t connection = 0;
+    EXPECT_EQ(_sysdb_bind(&connection, "/cfg/if/act/", 4), 0);
+    void* value = nullptr;
+    uint32_t length = 0;
+    uint32_t type = 0;
+    if (sysdb_item_get(connection, path, &value, &length, &type, 0) != 0) return -1;
+    int32_t numbers[3] = {};
+    const char* text = nullptr;
+    EXPECT_EQ(tuple_unpack_mask(value, length, "%d%d%d%s", &numbers[0], &numbers[1], &numbers[2], &text), 0u);
+    EXPECT_NE(text, nullptr);
+    std::free(value);
+    return numbers[0];
+  }
+
+  Models models_{OC_VLAN_SOURCE_DIR "/yang", ""};
+  PathCache paths_{models_.get()};
+  Running running_{parse_data(models_.get(), {kRunning, Format::xml, "running"}, false)};
+};
+
+TEST_F(ServicesTest, InterfaceManagerAnswersFromTheRunningConfiguration) {
+  Session session(around(), kEdit);
+  session.enter_interface("Ethernet0/0/1", "100");
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.100"), 1);
+  session.enter_interface("Ethernet0/0/1", "200");
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.200"), 0);
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.100"), 1) << "another interface than the current one";
+  EXPECT_TRUE(session.taken_as_l3().empty());
+}
+
+TEST_F(ServicesTest, AnUnknownSubinterfaceIsToldOnceAndNotInAnImplicitWalk) {
+  Session session(around(), kEdit);
+  session.enter_interface("Ethernet0/0/1", "300");
+  session.state().implicit_walk = 1;
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.300"), -1);
+  EXPECT_TRUE(session.taken_as_l3().empty());
+  session.state().implicit_walk = 0;
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.300"), -1);
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.300"), -1);
+  EXPECT_EQ(session.taken_as_l3(), std::vector<std::string>{"Ethernet0/0/1.300"});
+}
+
+TEST_F(ServicesTest, TheLayerAskedForHoldsForUnknownSubinterfacesOnly) {
+  Session l2(around(Layer::l2), kEdit);
+  l2.enter_interface("Ethernet0/0/1", "300");
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.300"), 1);
+  l2.enter_interface("Ethernet0/0/1", "200");
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.200"), 0);
+  Session l3(around(Layer::l3), kEdit);
+  l3.enter_interface("Ethernet0/0/1", "300");
+  EXPECT_EQ(asked_layer("Ethernet0_0_1.300"), 0);
+  EXPECT_TRUE(l3.taken_as_l3().empty());
+}
+
+TEST_F(ServicesTest, ANameLongerThanTheLookUpCarriesIsStillTheCurrentOne) {
+  const std::string name(70, 'x');
+  Session session(around(Layer::l2), kEdit);
+  session.enter_interface(name, "1");
+  EXPECT_EQ(asked_layer(name.substr(0, 62).c_str()), 1);
+}
+
+TEST_F(ServicesTest, SystemDatabaseHoldsTheSwitchedMode) {
+  Session session(around(), kEdit);
+  EXPECT_EQ(switched_item("Ethernet0_0_1/vlan_trunk/vlan_switched"), 1);
+  EXPECT_EQ(switched_item("Ethernet0_0_2/vlan_trunk/vlan_switched"), 0);
+  EXPECT_EQ(switched_item("Ethernet0_0_3/vlan_trunk/vlan_switched"), -1);
+  EXPECT_EQ(switched_item("Ethernet0_0_9/vlan_trunk/vlan_switched"), -1);
+  EXPECT_EQ(switched_item("Ethernet0_0_1/vlan_trunk/other"), -1);
+  EXPECT_EQ(switched_item(""), -1);
+}
+
+TEST_F(ServicesTest, UnpackingRefusesWhatIsNoItem) {
+  int32_t number = 7;
+  const char* text = nullptr;
+  EXPECT_NE(tuple_unpack_mask(nullptr, 0, "%d%d%d%s", &number, &number, &number, &text), 0u);
+  EXPECT_NE(tuple_unpack_mask(&number, sizeof number, "%d%d%d%s", &number, &number, &number, &text), 0u);
+  EXPECT_EQ(number, 7);
+}
+
+TEST_F(ServicesTest, ErrorPathIsTheHierarchyAtTheFirstCall) {
+  Session session(around(), kEdit);
+  yfw_datatree key{};
+  std::string name = "Ethernet0/0/1";
+  key.tag = "name";
+  key.value = name.data();
+  key.is_key = 1;
+  yfw_datatree interfaces{};
+  interfaces.tag = "interfaces";
+  interfaces.ns = YFW_OPENCONFIG_INTERFACES_NS;
+  yfw_datatree interface {};
+  interface.tag = "interface";
+  interface.ns = YFW_OPENCONFIG_INTERFACES_NS;
+  interface.subtrees = &key;
+  interface.subtree_count = 1;
+  yfw_map_add_to_node_hierarchy(session.ctx(), &interfaces, 1);
+  yfw_map_add_to_node_hierarchy(session.ctx(), &interface, 2);
+  session.state().implicit_walk = 1;
+  yfw_oc_error_path(session.ctx());
+  EXPECT_FALSE(session.failed()) << "an error path in an implicit walk means nothing";
+  session.state().implicit_walk = 0;
+  yfw_oc_error_path(session.ctx());
+  yfw_map_remove_from_node_hierarchy(session.ctx(), &interface);
+  yfw_oc_error_path(session.ctx());
+  ASSERT_TRUE(session.failed());
+  EXPECT_EQ(session.refusal(CERR_INVALID_VALUE).path,
+            "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']");
+}
+
+TEST_F(ServicesTest, AFailureWithoutErrorPathIsAtTheNodeEnteredLast) {
+  Session session(around(), kEdit);
+  yfw_datatree interfaces{};
+  interfaces.tag = "interfaces";
+  interfaces.ns = YFW_OPENCONFIG_INTERFACES_NS;
+  yfw_map_add_to_node_hierarchy(session.ctx(), &interfaces, 1);
+  yfw_map_remove_from_node_hierarchy(session.ctx(), &interfaces);
+  const RpcError error = session.refusal(CERR_BAD_TREE);
+  EXPECT_EQ(error.path, "/openconfig-interfaces:interfaces");
+  EXPECT_EQ(error.tag, "malformed-message");
+}
+
+struct RefusalCase {
+  const char* name;
+  cerrno code;
+  const char* tag;
+  const char* element;
+  const char* message;
+  const char* expected_tag;
+  const char* expected_message;
+};
+
+class RefusalTest : public ServicesTest, public testing::WithParamInterface<RefusalCase> {};
+
+TEST_P(RefusalTest, SaysItInNetconfsTerms) {
+  const RefusalCase& tested = GetParam();
+  Session session(around(), kEdit);
+  if (tested.element != nullptr) session.state().error_tag = yfw_strdup(tested.element, "YFW MAP");
+  if (tested.message != nullptr) session.state().error_message = yfw_strdup(tested.message, "YFW_MAP");
+  const RpcError error = session.refusal(tested.code);
+  EXPECT_EQ(error.tag, tested.expected_tag);
+  EXPECT_EQ(error.message, tested.expected_message);
+  EXPECT_EQ(error.bad_element, tested.element == nullptr ? "" : tested.element);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Services, RefusalTest,
+    testing::Values(RefusalCase{"Unsupported", CERR_UNSUPPORTED, "", "tpid", nullptr, "operation-not-supported",
+                                "'tpid' is not supported: nothing native expresses it"},
+                    RefusalCase{"UnknownAugment", CERR_UNKNOWN_AUGMENT, "", "x", nullptr, "unknown-element",
+                                "'x' belongs to no known augmentation"},
+                    RefusalCase{"Value", CERR_INVALID_VALUE, "", nullptr, "Edit request without VLAN IDs.",
+                                "invalid-value", "Edit request without VLAN IDs."},
+                    RefusalCase{"ErrorPathAndSuccess", 0, "", "tpid", "Invalid value for tpid provided",
+                                "invalid-value", "Invalid value for tpid provided"},
+                    RefusalCase{"PlainErrno", 22, "", nullptr, nullptr, "invalid-value", "the value is refused"},
+                    RefusalCase{"Framework", CERR_INVALID_ARGS, "", nullptr, nullptr, "operation-failed",
+                                "invalid arguments"}),
+    [](const auto& tested) { return tested.param.name; });
+
+TEST_F(ServicesTest, RequestQueries) {
+  yfw_datatree node{};
+  const auto queries = [&](Session& session) {
+    std::string answers;
+    for (uint32_t operation = 0; operation <= 4; ++operation) {
+      node.operation = operation;
+      answers += yfw_map_is_request_add(session.ctx(), &node, nullptr) != 0 ? 'a' : '-';
+      answers += yfw_map_is_request_delete(&node) != 0 ? 'd' : '-';
+    }
+    return answers;
+  };
+  Session edit(around(), kEdit);
+  EXPECT_EQ(queries(edit), "a-a-a--d-d");
+  Session read(around(), kReadConfig);
+  EXPECT_EQ(queries(read), "-------d-d");
+  Session state(around(), kReadState);
+  EXPECT_EQ(queries(state), "-------d-d");
+  EXPECT_EQ(yfw_map_is_request_delete(nullptr), 0);
+}
+
+TEST_F(ServicesTest, MatchingTextsAndNamespaces) {
+  Session session(around(), kEdit);
+  EXPECT_NE(yfw_map_do_these_match("a", "a"), 0);
+  EXPECT_EQ(yfw_map_do_these_match("a", "ab"), 0);
+  EXPECT_EQ(yfw_map_do_these_match(nullptr, nullptr), 0);
+  yfw_datatree node{};
+  EXPECT_NE(yfw_map_validate_data_ns(session.ctx(), &node, "urn:a", 0), 0) << "no namespace at all";
+  std::string ns = "urn:a";
+  node.value_ns = ns.data();
+  EXPECT_EQ(yfw_map_validate_data_ns(session.ctx(), &node, "urn:a", 0), 0);
+  EXPECT_NE(yfw_map_validate_data_ns(session.ctx(), &node, "urn:b", 0), 0);
+}
+
+TEST_F(ServicesTest, BoundedCopies) {
+  char place[5] = "----";
+  EXPECT_EQ(yfw_strcpy_s("test", place, sizeof place, "abcd"), 0);
+  EXPECT_STREQ(place, "abcd");
+  EXPECT_NE(yfw_strcpy_s("test", place, sizeof place, "abcde"), 0);
+  EXPECT_EQ(yfw_strncpy_s("test", place, sizeof place, "abcdef", 3), 0);
+  EXPECT_STREQ(place, "abc");
+  EXPECT_NE(yfw_strncpy_s("test", place, sizeof place, "abcdef", 6), 0);
+  EXPECT_NE(yfw_strncpy_s("test", nullptr, 0, "a", 1), 0);
+}
+
+TEST_F(ServicesTest, ReleasingForeignMemoryIsFound) {
+  Session session(around(), kEdit);
+  char* const copy = yfw_strdup("text", "YFW_MAP");
+  ASSERT_STREQ(copy, "text");
+  kos_named_free(copy);
+  EXPECT_FALSE(session.misused_memory());
+  int elsewhere = 0;
+  kos_named_free(&elsewhere);
+  EXPECT_TRUE(session.misused_memory());
+}
+
+TEST_F(ServicesTest, SessionsNestAndRestore) {
+  EXPECT_EQ(Session::running(), nullptr);
+  Session outer(around(), kEdit);
+  {
+    const Session inner(around(), kReadConfig);
+    EXPECT_EQ(Session::running(), &inner);
+  }
+  EXPECT_EQ(Session::running(), &outer);
+}
+
+TEST_F(ServicesTest, WithoutASessionServicesRefuse) {
+  yfw_node_info info{};
+  EXPECT_NE(yfw_map_get_node_info(nullptr, "/a", "b", &info), 0u);
+  EXPECT_NE(yfw_map_datatree_add_path_flagged(nullptr, nullptr, "/a", "b", "c", nullptr, nullptr, 0, 1), 0u);
+  char* const copy = yfw_strdup("text", "owner");
+  EXPECT_STREQ(copy, "text");
+  kos_named_free(copy);
+}
+
+TEST_F(ServicesTest, TraceHasCallsLogsAndBufferLines) {
+  std::vector<std::string> lines;
+  const std::function<void(const TraceLine&)> sink = [&lines](const TraceLine& line) {
+    lines.push_back(std::to_string(static_cast<int>(line.kind)) + std::to_string(line.level) + " " + line.text);
+  };
+  Surroundings traced = around();
+  traced.trace = &sink;
+  Session session(traced, kEdit);
+  yfw_map_ctx* const ctx = session.ctx();
+  EXPECT_NE(yfw_debug_should_log(&ctx->debug_filter, 0), 0);
+  EXPECT_NE(ctx->trace_on, 0u);
+  uint32_t site = 0xffffffff;
+  _kos_dt_log_filter_adv(ctx->err_log, 0, 0, 0, 0, 0, &site, "ERR: YFW: ctx=%s,%d", "x", 5);
+  _kos_dt_log_filter_adv(ctx->trc_log, 0, 0, 0, 0, 0, &site, "TRC: YFW: ctx=%s,Start", "x");
+  _lstrace(ctx->trace_handle, 0x10101000000, "#1: TRC: f:1 ctx=x,Start");
+  yfw_map_add_to_node_hierarchy(ctx, nullptr, 1);
+  yfw_oc_error_path(ctx);
+  EXPECT_EQ(lines, (std::vector<std::string>{"10 ERR: YFW: ctx=x,5", "13 TRC: YFW: ctx=x,Start",
+                                             "23 #1: TRC: f:1 ctx=x,Start", "03 error path "}));
+  EXPECT_EQ(ret_nc_yfw_trace_index_incr(), 1u);
+  EXPECT_EQ(ret_nc_yfw_trace_index_incr(), 2u);
+}
+
+}  // namespace
+}  // namespace yfw

@@ -1,0 +1,183 @@
+// The finished library as a file: what it exports and imports, what can be put in the place of its handlers, and its
+// headers as their users see them.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+namespace {
+
+struct Output {
+  int status;
+  std::string text;
+};
+
+Output run(const std::string& command) {
+  std::FILE* const pipe = ::popen((command + " 2>&1").c_str(), "r");
+  Output output{-1, {}};
+  char buffer[4096];
+  while (pipe != nullptr && std::fgets(buffer, sizeof buffer, pipe) != nullptr) output.text += buffer;
+  if (pipe != nullptr) output.status = ::pclose(pipe);
+  return output;
+}
+
+std::string file_text(const std::string& path) {
+  std::ifstream stream(path);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::string sorted_lines(const std::string& document) {
+  std::istringstream stream(document);
+  std::set<std::string> sorted;
+  for (std::string line; std::getline(stream, line);) sorted.insert(line);
+  std::string joined;
+  for (const std::string& line : sorted) joined += line + '\n';
+  return joined;
+}
+
+std::set<std::string> words(const std::string& text) {
+  std::istringstream stream(text);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
+
+constexpr bool kSanitized =
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    true;
+#else
+    false;
+#endif
+
+TEST(Library, exports_exactly_what_the_list_says) {
+  const Output exports = run("nm -D --defined-only --format=posix " OC_VLAN_PLUGIN_FILE " | awk '{print $2, $1}'");
+  ASSERT_EQ(exports.status, 0) << exports.text;
+  const std::string expected = file_text(OC_VLAN_SOURCE_DIR "/tests/plugin/exports.txt");
+  EXPECT_EQ(sorted_lines(exports.text), sorted_lines(expected));
+  EXPECT_EQ(std::count(expected.begin(), expected.end(), '\n'), 359);
+  std::istringstream lines(expected);
+  int weak = 0;
+  for (std::string line; std::getline(lines, line);) weak += line.starts_with("W ") ? 1 : 0;
+  EXPECT_EQ(weak, 261);
+  EXPECT_EQ(expected.find("_Z"), std::string::npos) << "a C++ name";
+}
+
+// Services of the framework and the platform: the only undefined names beside the C library's.
+constexpr char kServices[] =
+    "_kos_dt_log_filter_adv _lstrace _sysdb_bind cerr_strerror imc_interface_find imc_interface_get_flags "
+    "kos_named_free ret_nc_yfw_trace_index_incr sysdb_item_get tuple_unpack_mask yfw_add_to_output_list_ctx "
+    "yfw_debug_should_log yfw_map_add_to_node_hierarchy yfw_map_copy_trim_path_list_ctx "
+    "yfw_map_datatree_add_path_flagged yfw_map_do_these_match yfw_map_free_trim_path_list_ctx yfw_map_get_node_info "
+    "yfw_map_get_subtrees yfw_map_is_request_add yfw_map_is_request_delete yfw_map_remove_from_node_hierarchy "
+    "yfw_map_search_list yfw_map_search_or_add_list yfw_map_update_current_list_node yfw_map_validate_data_ns "
+    "yfw_oc_error_path yfw_ocifmgr_im_conn yfw_remove_from_output_list_ctx yfw_strcpy_s yfw_strdup yfw_strncpy_s "
+    "ymap_ov_ocif_openconfiginterfaces_lvla_interfaces";
+
+TEST(Library, imports_the_services_and_the_c_library_only) {
+  if (kSanitized) GTEST_SKIP() << "a sanitizer imports its own";
+  const Output imports = run("nm -D --undefined-only " OC_VLAN_PLUGIN_FILE " | awk '$1 == \"U\" {print $2}'");
+  ASSERT_EQ(imports.status, 0) << imports.text;
+  std::set<std::string> services;
+  for (const std::string& name : words(imports.text)) {
+    if (name.find("@GLIBC_") == std::string::npos) {
+      services.insert(name);
+      continue;
+    }
+    for (const char* forbidden : {"strncpy_s", "strncat_s", "memset_s", "malloc", "calloc", "realloc", "strdup@"}) {
+      EXPECT_EQ(name.find(forbidden), std::string::npos) << name;
+    }
+  }
+  EXPECT_EQ(services, words(kServices));
+  const Output needed = run("readelf -d " OC_VLAN_PLUGIN_FILE " | grep NEEDED");
+  EXPECT_EQ(needed.text.find("libstdc++"), std::string::npos) << needed.text + "the linker must drop what is not used";
+}
+
+TEST(Library, binds_its_own_names_late) {
+  const Output dynamic = run("readelf -d " OC_VLAN_PLUGIN_FILE);
+  ASSERT_EQ(dynamic.status, 0);
+  EXPECT_EQ(dynamic.text.find("SYMBOLIC"), std::string::npos) << dynamic.text;
+}
+
+TEST(Library, has_no_global_constructor_of_its_own) {
+  if (kSanitized) GTEST_SKIP() << "a sanitizer adds constructors";
+  const Output sections = run("readelf -SW " OC_VLAN_PLUGIN_FILE " | grep init_array");
+  // One pointer: the C runtime's own.
+  EXPECT_NE(sections.text.find(" 000008 "), std::string::npos) << sections.text;
+}
+
+struct Replacement {
+  const char* name;
+  const char* preload;  // "" for none
+  const char* host;
+  const char* plugin;
+  const char* code;
+};
+
+std::ostream& operator<<(std::ostream& out, const Replacement& c) {
+  return out << c.name;
+}
+
+class WeakHandler : public testing::TestWithParam<Replacement> {};
+
+TEST_P(WeakHandler, is_replaced) {
+  const Replacement& c = GetParam();
+  const bool preloads = *c.preload != '\0';
+  if (preloads && kSanitized) GTEST_SKIP() << "a sanitizer wants to be the first library";
+  const Output output =
+      run((preloads ? "LD_PRELOAD=" + std::string(c.preload) + " " : std::string()) + c.host + " " + c.plugin);
+  EXPECT_EQ(output.status, 0) << output.text;
+  EXPECT_EQ(output.text, std::string(c.code) + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Library, WeakHandler,
+    testing::Values(Replacement{"by_nothing", "", OC_VLAN_PROBE, OC_VLAN_PLUGIN_FILE, "0x0"},
+                    Replacement{"by_a_preloaded_library", OC_VLAN_REPLACEMENT, OC_VLAN_PROBE, OC_VLAN_PLUGIN_FILE,
+                                "0xaaf20002"},
+                    Replacement{"by_the_host", "", OC_VLAN_PROBE_WITH_HANDLER, OC_VLAN_PLUGIN_FILE, "0xaaf20002"},
+                    Replacement{"at_link_time", "", OC_VLAN_PROBE, OC_VLAN_RELINKED, "0xaaf20002"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+struct Compiler {
+  const char* name;
+  const char* command;
+};
+
+class PublicHeader : public testing::TestWithParam<const char*> {};
+
+TEST_P(PublicHeader, compiles_alone_as_c_and_as_cpp) {
+  for (const Compiler& c : {Compiler{"C11", OC_VLAN_C_COMPILER " -std=c11 -x c"},
+                            Compiler{"C++20", OC_VLAN_CXX_COMPILER " -std=c++20 -x c++"}}) {
+    const Output output =
+        run("printf '#include \"%s\"\\n#include \"%s\"\\n' " + std::string(GetParam()) + " " + GetParam() + " | " +
+            c.command + " -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I " OC_VLAN_SOURCE_DIR "/include -");
+    EXPECT_EQ(output.status, 0) << c.name << "\n" << output.text;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Library, PublicHeader,
+                         testing::Values("yfw/cerrno.h", "yfw/yfw_map.h", "yfw/platform.h", "oc_vlan/oc_vlan.h",
+                                         "oc_vlan/handlers.h"),
+                         [](const auto& info) {
+                           std::string name = info.param;
+                           std::replace_if(
+                               name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
+                           return name;
+                         });
+
+TEST(PublicHeaders, declare_every_export) {
+  const std::set<std::string> handlers = words(file_text(OC_VLAN_SOURCE_DIR "/include/oc_vlan/handlers.h"));
+  const std::string by_hand = file_text(OC_VLAN_SOURCE_DIR "/include/oc_vlan/oc_vlan.h");
+  std::istringstream exports(file_text(OC_VLAN_SOURCE_DIR "/tests/plugin/exports.txt"));
+  std::string binding;
+  for (std::string name; exports >> binding >> name;) {
+    const bool is_declared = handlers.contains(name + ";") || by_hand.find(name + "(") != std::string::npos ||
+                             by_hand.find(name + "[") != std::string::npos ||
+                             by_hand.find(name + ";") != std::string::npos;
+    EXPECT_TRUE(is_declared) << name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,27 @@
+// What the framework hands out, as these tests see configuration: the only place where they meet libyang.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "framework/host.h"
+#include "property/model/device.h"
+
+namespace property {
+
+Native observe_native(const yfw::Data& data);
+Config observe_config(const yfw::Data& data);
+
+// Sorted; leaves that the framework answers by itself never differ.
+std::vector<Change> observe_changes(const std::vector<yfw::Difference>& differences);
+
+// An instance path, /module:node/node[key='value'], as these tests write it.
+std::string observe_path(const std::string& instance_path);
+
+// What the models say against the data; empty when it is valid.
+std::string invalid_because(const yfw::Data& data);
+
+// A native running configuration as a document.
+std::string to_document(const Native& native);
+
+}  // namespace property
