@@ -10,6 +10,9 @@
 extern "C" {
 #endif
 
+/* Whoever offers these services exports them, however it is built. */
+#pragma GCC visibility push(default)
+
 /* Releases memory that yfw_strdup gave. */
 void kos_named_free(void* memory);
 
@@ -48,6 +51,8 @@ cerrno sysdb_item_get(uint64_t connid, const char* path, void** value, uint32_t*
 
 /* Unpacks an item. "%d%d%d%s" takes three int32_t * and one const char ** (a pointer into the value). */
 cerrno tuple_unpack_mask(const void* value, uint32_t length, const char* format, ...);
+
+#pragma GCC visibility pop
 
 #ifdef __cplusplus
 }

@@ -16,6 +16,9 @@
 extern "C" {
 #endif
 
+/* Whoever offers these services exports them, however it is built. */
+#pragma GCC visibility push(default)
+
 /* Namespaces of the mapped modules. */
 #define YFW_OPENCONFIG_VLAN_NS "http://openconfig.net/yang/vlan"
 #define YFW_OPENCONFIG_VLAN_TYPES_NS "http://openconfig.net/yang/vlan-types"
@@ -197,6 +200,8 @@ cerrno ymap_ov_ocif_openconfiginterfaces_lvla_interfaces(yfw_map_ctx* ctx, const
 
 /* Interface-manager connection of that plug-in. */
 extern void* yfw_ocifmgr_im_conn;
+
+#pragma GCC visibility pop
 
 #ifdef __cplusplus
 }

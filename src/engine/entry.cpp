@@ -16,7 +16,7 @@ struct Entry {
   const Row& accepted() const { return family.rows[row.first_child]; }
   cerrno walk_accepted() const { return walk(family, accepted(), frame.ctx, node, output); }
   cerrno call_hook() const { return row.hook(frame.ctx, node, output); }
-  bool is_own(const char* ns) const { return yfw_map_do_these_match(ns, family.ns) != 0; }
+  bool is_own(const char* ns) const { return same(ns, family.ns); }
 };
 
 void trace_tag(const Entry& entry) {
@@ -39,7 +39,7 @@ cerrno enter_once(const Entry& entry) {
   if (entry.node->tag == nullptr) return end(entry, missing_tag(entry));
   trace_tag(entry);
   if (!entry.is_own(entry.node->ns)) return end(entry, entry.call_hook());
-  if (yfw_map_do_these_match(entry.node->tag, entry.accepted().tag) != 0) return end(entry, entry.walk_accepted());
+  if (same(entry.node->tag, entry.accepted().tag)) return end(entry, entry.walk_accepted());
   OC_VLAN_TRACE_AT(entry.row.line, entry.frame, "Unsupported tag. Ignoring.");
   return end(entry, 0);
 }
@@ -48,7 +48,7 @@ cerrno enter_once(const Entry& entry) {
 cerrno dispatch(const Entry& entry) {
   const cerrno provisional = entry.node->tag == nullptr ? missing_tag(entry) : 0;
   trace_tag(entry);
-  if (yfw_map_do_these_match(entry.node->tag, entry.accepted().tag) != 0) return entry.walk_accepted();
+  if (same(entry.node->tag, entry.accepted().tag)) return entry.walk_accepted();
   if (!entry.is_own(entry.node->ns)) return entry.call_hook();
   OC_VLAN_ERROR_AT(entry.row.line, entry.frame, "Unsupported tag is specified in the request.");
   if (is_read(entry.frame.ctx)) return provisional;

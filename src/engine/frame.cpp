@@ -56,6 +56,10 @@ uint32_t request_kind(const yfw_map_ctx* ctx) {
 
 }  // namespace
 
+bool same(const char* left, const char* right) {
+  return left != nullptr && right != nullptr && yfw_map_do_these_match(left, right) != 0;
+}
+
 bool is_read(const yfw_map_ctx* ctx) {
   const uint32_t kind = request_kind(ctx);
   return kind == 0 || kind == 10;

@@ -22,6 +22,9 @@ void store_error_message(yfw_map_ctx* ctx, const char* text, const char* owner);
 // Records an element that is not supported and returns `code`: error tag, then error path.
 cerrno unsupported_element(yfw_map_ctx* ctx, const char* tag, const char* owner, cerrno code);
 
+// True when both texts are given and the framework calls them equal.
+bool same(const char* left, const char* right);
+
 // True for the two read kinds, 0 and 10. A context without a request counts as an edit.
 bool is_read(const yfw_map_ctx* ctx);
 

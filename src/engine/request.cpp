@@ -51,10 +51,6 @@ yfw_node_slot* list_slot(const yfw_map_ctx* ctx) {
   return ctx->req_state != nullptr ? &ctx->req_state->list_slot : nullptr;
 }
 
-bool same(const char* left, const char* right) {
-  return left != nullptr && right != nullptr && yfw_map_do_these_match(left, right) != 0;
-}
-
 std::span<const yfw_datatree> children(const yfw_datatree& node) {
   if (node.subtrees == nullptr) return {};
   return {node.subtrees, node.subtree_count};

@@ -32,9 +32,6 @@ const char* interface_name(const yfw_map_ctx* ctx);
 // The request's slot for the list entry in work; null without a request.
 yfw_node_slot* list_slot(const yfw_map_ctx* ctx);
 
-// True when both texts are given and the framework calls them equal.
-bool same(const char* left, const char* right);
-
 // Children of a node; none where the array is missing, whatever the count says.
 std::span<const yfw_datatree> children(const yfw_datatree& node);
 

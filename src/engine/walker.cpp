@@ -50,7 +50,7 @@ class Walk {
   yfw_datatree& node_;
   yfw_datatree* output_;
   bool skipped_ = false;         // the handler said that the node is done
-  bool on_output_list_ = false;  // the list entry was put on the output list
+  int on_output_list_ = 0;       // how often the list entry was put on the output list: a replace does it twice
 };
 
 cerrno Walk::run() {
@@ -64,15 +64,19 @@ cerrno Walk::run() {
     OC_VLAN_TRACE_AT(row_.line, frame_, "Delete request with subtree present");
     return end(CERR_INVALID_ARGS);
   }
-  if (row_.kind == Kind::kList && count == 0) {
-    OC_VLAN_ERROR_AT(row_.line, frame_, "No keys specified with a list node.");
+  if (row_.kind == Kind::kList) {
+    // Operational entries learn their keys only once the framework has made them current.
+    if (family_.whole_template) mark_keys();
+    if (count == 0) OC_VLAN_ERROR_AT(row_.line, frame_, "No keys specified with a list node.");
   }
   const bool children_are_not_ours = implicit() && (state_.walk_bits & kImplicitWalkAsked) != 0;
 
   enter();
   const bool replaces = family_.whole_template && node_.operation == kReplace;
-  const cerrno result = replaces ? replace() : pass(children_are_not_ours ? 0 : count);
+  cerrno result = replaces ? replace() : pass(children_are_not_ours ? 0 : count);
   leave();
+  // What is done below an operational entry says nothing about the entry's siblings.
+  if (result == CERR_SKIP_SUBTREE && row_.kind == Kind::kList && !family_.whole_template) result = 0;
   // A container that its handler declares done leaves without "End", as its requesters know it.
   if (skipped_ && row_.kind != Kind::kList) return 0;
   return end(result);
@@ -90,7 +94,7 @@ void Walk::enter() {
 
 void Walk::leave() {
   if (!implicit()) yfw_map_remove_from_node_hierarchy(frame_.ctx, &node_);
-  if (on_output_list_) yfw_remove_from_output_list_ctx(frame_.ctx, &node_, output_);
+  for (; on_output_list_ > 0; --on_output_list_) yfw_remove_from_output_list_ctx(frame_.ctx, &node_, output_);
 }
 
 cerrno Walk::end(cerrno result) const {
@@ -154,21 +158,22 @@ cerrno Walk::call_handler(uint32_t descent) {
 cerrno Walk::open_list_entry() {
   cerrno result = yfw_map_update_current_list_node(frame_.ctx, row_.list_path);
   if (result == 0) {
-    mark_keys();
-    result = row_.oper_list != nullptr ? row_.oper_list(frame_.ctx, &node_, output_, node_.subtrees)
+    if (!family_.whole_template) mark_keys();
+    yfw_datatree* const children = child_count(node_) != 0 ? node_.subtrees : nullptr;
+    result = row_.oper_list != nullptr ? row_.oper_list(frame_.ctx, &node_, output_, children)
                                        : row_.leaf_or_list(frame_.ctx, &node_, output_);
     if (result == CERR_SKIP_SUBTREE) return result;
   }
   const uint8_t depth = state_.output_depth;
   yfw_add_to_output_list_ctx(frame_.ctx, &node_, output_);
-  on_output_list_ = state_.output_depth > depth;
+  if (state_.output_depth > depth) ++on_output_list_;
   return result;
 }
 
 void Walk::mark_keys() {
   for (uint32_t i = 0; i < child_count(node_); ++i) {
     yfw_datatree& child = node_.subtrees[i];
-    if (yfw_map_do_these_match(child.tag, row_.key) == 0) continue;
+    if (!same(child.tag, row_.key)) continue;
     child.is_key = 1;
     child.key_flags |= kKey;
   }
@@ -193,8 +198,8 @@ cerrno Walk::visit(const yfw_datatree& child) {
 const Row* Walk::find_row(const yfw_datatree& child) const {
   for (int i = row_.first_child; i != kNone; i = family_.rows[i].next_sibling) {
     const Row& row = family_.rows[i];
-    if (yfw_map_do_these_match(child.tag, row.tag) == 0) continue;
-    if (family_.knows_children_by_namespace && yfw_map_do_these_match(child.ns, family_.ns) == 0) return nullptr;
+    if (!same(child.tag, row.tag)) continue;
+    if (family_.knows_children_by_namespace && !same(child.ns, family_.ns)) return nullptr;
     const bool only_for_state = family_.descends_in_state_reads_only || holds_state(row);
     return only_for_state && !is_state_read(frame_.ctx) ? nullptr : &row;
   }
@@ -202,7 +207,7 @@ const Row* Walk::find_row(const yfw_datatree& child) const {
 }
 
 cerrno Walk::visit_unknown(const yfw_datatree& child) {
-  if (yfw_map_do_these_match(child.ns, family_.ns) == 0) return row_.hook(frame_.ctx, &child, output_);
+  if (!same(child.ns, family_.ns)) return row_.hook(frame_.ctx, &child, output_);
   if (family_.unknown_child == UnknownChild::kIgnore) {
     OC_VLAN_TRACE_AT(row_.line, frame_, "Unsupported tag. Ignoring.");
     return 0;

@@ -85,7 +85,7 @@ cerrno fetch_or_remove_leaves(const Call& call, bool read) {
 
 // Puts one entry, "100" or "200..300", into the text.
 void append_entry(TrunkText& text, char* entry) {
-  if (entry == nullptr || entry[0] == '\0') return;
+  if (entry == nullptr) return;
   char* const dots = std::strstr(entry, "..");
   // The entry is cut at its first "..", and the request keeps only the low end.
   if (dots != nullptr) *dots = '\0';

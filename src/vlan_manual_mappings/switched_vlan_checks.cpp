@@ -58,10 +58,11 @@ using namespace oc_vlan;
 
 int check_interface_mode_set_in_subtree(const yfw_datatree* config) {
   if (config == nullptr) return 0;
+  int found = 0;
   for (const yfw_datatree& child : children(*config)) {
-    if (same(child.tag, "interface-mode") && same(child.value, "TRUNK")) return 1;
+    if (same(child.tag, "interface-mode") && same(child.value, "TRUNK")) found = 1;
   }
-  return 0;
+  return found;
 }
 
 int check_switched_mode_set_in_sysdb(yfw_map_ctx* ctx) {

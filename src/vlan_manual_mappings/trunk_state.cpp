@@ -55,10 +55,10 @@ cerrno add_ranges(const Call& call, const SwitchedVlanTree& tree, const yfw_data
   const char* high = nullptr;
   for (const yfw_datatree& range : children(tags)) {
     if (!same(range.tag, "vlan-range")) continue;
-    const yfw_datatree* const low_leaf = last_child(range, "vlan-id-low");
-    const yfw_datatree* const high_leaf = last_child(range, "vlan-id-high");
-    if (low_leaf != nullptr) low = low_leaf->value;
-    if (high_leaf != nullptr) high = high_leaf->value;
+    const char* const own_low = child_text(range, "vlan-id-low");
+    const char* const own_high = child_text(range, "vlan-id-high");
+    if (own_low != nullptr) low = own_low;
+    if (own_high != nullptr) high = own_high;
     if (low == nullptr || high == nullptr) continue;
     char text[kRangeSize];
     if (same(low, high)) {

@@ -8,8 +8,9 @@ namespace oc_vlan {
 void TrunkText::append(const char* low, const char* high) {
   if (full_) return;
   const std::size_t room = sizeof text_ - size_;
-  const int length = std::snprintf(text_ + size_, room, "%s%s%s%s", empty() ? "" : ",", low, high != nullptr ? "-" : "",
+  const int length = std::snprintf(text_ + size_, room, "%s%s%s%s", begun_ ? "," : "", low, high != nullptr ? "-" : "",
                                    high != nullptr ? high : "");
+  begun_ = true;
   if (static_cast<std::size_t>(length) >= room) {
     text_[size_] = '\0';
     full_ = true;

@@ -12,12 +12,14 @@ class TrunkText {
   // Appends a single id, or a range when `high` is given.
   void append(const char* low, const char* high);
 
+  // No text yet; an entry without text alone makes none.
   bool empty() const { return size_ == 0; }
   const char* text() const { return text_; }
 
  private:
   char text_[200] = {};
   std::size_t size_ = 0;
+  bool begun_ = false;
   bool full_ = false;
 };
 
