@@ -49,8 +49,8 @@ class Walk {
   yfw_map_req_state& state_;
   yfw_datatree& node_;
   yfw_datatree* output_;
-  bool skipped_ = false;         // the handler said that the node is done
-  int on_output_list_ = 0;       // how often the list entry was put on the output list: a replace does it twice
+  bool skipped_ = false;    // the handler said that the node is done
+  int on_output_list_ = 0;  // how often the list entry was put on the output list: a replace does it twice
 };
 
 cerrno Walk::run() {
