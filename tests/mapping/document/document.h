@@ -1,0 +1,10 @@
+// docs/mapping.md as a text.
+#pragma once
+
+#include <string>
+
+namespace mapping {
+
+std::string document();
+
+}  // namespace mapping
