@@ -10,6 +10,10 @@ endif()
 
 set(OC_VLAN_SANITIZE "" CACHE STRING "Sanitizers for -fsanitize, e.g. address,undefined or thread")
 if(OC_VLAN_SANITIZE)
-  add_compile_options(-fsanitize=${OC_VLAN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_compile_options(-O1 -fsanitize=${OC_VLAN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${OC_VLAN_SANITIZE})
+  if(OC_VLAN_SANITIZE MATCHES "address|thread|memory")
+    # g++ and clang each tell this in a way of their own.
+    add_compile_definitions(OC_VLAN_SANITIZER_OWNS_MALLOC)
+  endif()
 endif()

@@ -1,7 +1,6 @@
 // Sequences of made-up requests: what the framework and the plug-in make of them is what the model says.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <iostream>
 #include <string>
 
@@ -10,16 +9,6 @@
 
 namespace property {
 namespace {
-
-std::uint64_t number_from(const char* variable, std::uint64_t otherwise) {
-  const char* const text = std::getenv(variable);
-  return text == nullptr ? otherwise : std::stoull(text);
-}
-
-// The sequences of all tests together; OC_VLAN_SEQUENCES asks for more.
-std::uint64_t sequences() {
-  return number_from("OC_VLAN_SEQUENCES", 10000);
-}
 
 // The failure with the smallest sequence that shows one of its kind.
 std::string explain(Hosts& hosts, std::uint64_t seed, const Sequence& sequence, const Failure& failure) {

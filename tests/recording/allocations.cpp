@@ -55,14 +55,6 @@ bool watched_block_is_freed() {
 
 }  // namespace recording
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define OC_VLAN_SANITIZER_OWNS_MALLOC 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
-#define OC_VLAN_SANITIZER_OWNS_MALLOC 1
-#endif
-#endif
-
 #ifdef OC_VLAN_SANITIZER_OWNS_MALLOC
 
 extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*malloc_hook)(const volatile void*, std::size_t),

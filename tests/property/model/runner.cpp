@@ -129,6 +129,15 @@ Tally& tally() {
   return all;
 }
 
+std::uint64_t number_from(const char* variable, std::uint64_t otherwise) {
+  const char* const text = std::getenv(variable);
+  return text == nullptr ? otherwise : std::stoull(text);
+}
+
+std::uint64_t sequences() {
+  return number_from("OC_VLAN_SEQUENCES", 10000);
+}
+
 std::string published_modules() {
   const char* const folder = OC_VLAN_PUBLISHED_YANG;
   return std::filesystem::exists(folder) ? folder : "";

@@ -42,6 +42,12 @@ struct Tally {
 };
 Tally& tally();
 
+// A number from the environment.
+std::uint64_t number_from(const char* variable, std::uint64_t otherwise);
+
+// The sequences of all tests together, 10,000; OC_VLAN_SEQUENCES asks for more or fewer.
+std::uint64_t sequences();
+
 // The plug-in under test; OC_VLAN_PLUGIN names another one.
 std::string plugin_file();
 
