@@ -45,7 +45,7 @@ std::set<std::string> words(const std::string& text) {
 }
 
 constexpr bool kSanitized =
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#ifdef OC_VLAN_SANITIZER_OWNS_MALLOC
     true;
 #else
     false;
