@@ -21,8 +21,10 @@ void set_value(OutputNode& node, const char* value) {
 
 Mark mark_of(const yfw_datatree* source) {
   constexpr uint32_t kReplace = 1;
+  constexpr uint32_t kDelete = 3;
+  constexpr uint32_t kRemove = 4;
   if (source == nullptr) return Mark::inherit;
-  if (yfw_map_is_request_delete(source) != 0) return Mark::remove;
+  if (source->operation == kDelete || source->operation == kRemove) return Mark::remove;
   return source->operation == kReplace ? Mark::replace : Mark::inherit;
 }
 

@@ -71,13 +71,17 @@ cerrno imc_interface_find(void*, uint32_t count, const imc_find_request* request
 
 cerrno imc_interface_get_flags(void*, uint32_t count, const uint32_t* handles, imc_flags_reply* replies) {
   if (handles == nullptr || replies == nullptr) return CERR_INVALID_ARGS;
-  for (uint32_t i = 0; i < count; ++i) replies[i] = {handles[i] == kL2Handle ? kL2TransportFlag : 0, 0};
+  for (uint32_t i = 0; i < count; ++i) {
+    replies[i] = {handles[i] == kL2Handle ? kL2TransportFlag : 0, 0};
+    traced(fmt::format("flags of interface handle {} -> {:#x}", handles[i], replies[i].flags));
+  }
   return 0;
 }
 
 int _sysdb_bind(uint64_t* connid, const char* path, uint32_t) {
   if (connid == nullptr || path == nullptr) return EINVAL;
   *connid = kSysdbConnection;
+  traced(fmt::format("system database bound at {}", path));
   return 0;
 }
 
@@ -115,6 +119,7 @@ cerrno tuple_unpack_mask(const void* value, uint32_t length, const char* format,
   for (const int32_t number : item->numbers) *va_arg(arguments, int32_t*) = number;
   *va_arg(arguments, const char**) = item->text;
   va_end(arguments);
+  traced(fmt::format("unpacked {} {} {} {}", item->numbers[0], item->numbers[1], item->numbers[2], item->text));
   return 0;
 }
 

@@ -1,4 +1,5 @@
-// The framework's services as mapping functions call them: thin, each traced as one line, answered by the session.
+// The framework's services as mapping functions call them: thin, each traced as one line, answered by the session. A
+// line of the log stands for the calls that wrote it.
 #include <fmt/format.h>
 
 #include <cstdlib>
@@ -31,6 +32,10 @@ bool is_edit(const Session& session) {
   return kind != yfw::kReadConfig && kind != yfw::kReadState;
 }
 
+bool equal(const char* left, const char* right) {
+  return left != nullptr && right != nullptr && std::strcmp(left, right) == 0;
+}
+
 constexpr uint32_t kKeyFromNativeEntry = 0x20;
 constexpr uint32_t kMerge = 0;
 constexpr uint32_t kReplace = 1;
@@ -44,17 +49,22 @@ extern "C" {
 
 int yfw_map_is_request_add(yfw_map_ctx*, const yfw_datatree* node, yfw_datatree*) {
   const Session* const session = Session::running();
-  if (session == nullptr || node == nullptr || !is_edit(*session)) return 0;
-  return node->operation == kMerge || node->operation == kReplace || node->operation == kCreate ? 1 : 0;
+  const bool adds = session != nullptr && node != nullptr && is_edit(*session) &&
+                    (node->operation == kMerge || node->operation == kReplace || node->operation == kCreate);
+  traced("is {} added -> {}", shown_tag(node), adds);
+  return adds ? 1 : 0;
 }
 
 int yfw_map_is_request_delete(const yfw_datatree* node) {
-  if (node == nullptr) return 0;
-  return node->operation == kDelete || node->operation == kRemove ? 1 : 0;
+  const bool goes = node != nullptr && (node->operation == kDelete || node->operation == kRemove);
+  traced("is {} deleted -> {}", shown_tag(node), goes);
+  return goes ? 1 : 0;
 }
 
 int yfw_map_do_these_match(const char* left, const char* right) {
-  return left != nullptr && right != nullptr && std::strcmp(left, right) == 0 ? 1 : 0;
+  const bool match = equal(left, right);
+  traced("match \"{}\" \"{}\" -> {}", shown(left), shown(right), match);
+  return match ? 1 : 0;
 }
 
 cerrno yfw_map_datatree_add_path_flagged(yfw_map_ctx*, yfw_datatree* tree, const char* path, const char* ns,
@@ -97,10 +107,11 @@ cerrno yfw_map_get_node_info(yfw_map_ctx*, const char* path, const char* name, y
 }
 
 cerrno yfw_map_get_subtrees(yfw_map_ctx*, const yfw_datatree* node, yfw_datatree** children, uint32_t* count) {
-  if (node == nullptr || children == nullptr || count == nullptr || node->subtree_count == 0) return CERR_INVALID_ARGS;
+  if (node == nullptr || children == nullptr || count == nullptr) return CERR_INVALID_ARGS;
+  traced("children of {} -> {}", shown_tag(node), node->subtree_count);
+  if (node->subtree_count == 0) return CERR_INVALID_ARGS;
   *children = node->subtrees;
   *count = node->subtree_count;
-  traced("children of {} -> {}", shown_tag(node), *count);
   return 0;
 }
 
@@ -133,7 +144,7 @@ cerrno yfw_map_update_current_list_node(yfw_map_ctx*, const char* list_path) {
 }
 
 int yfw_map_validate_data_ns(yfw_map_ctx*, const yfw_datatree* node, const char* ns, uint32_t) {
-  const int differs = node == nullptr || yfw_map_do_these_match(node->value_ns, ns) == 0 ? 1 : 0;
+  const int differs = node == nullptr || !equal(node->value_ns, ns) ? 1 : 0;
   traced("namespace of {} is {}, wanted {}", shown_tag(node), node == nullptr ? "-" : shown(node->value_ns), shown(ns));
   return differs;
 }
@@ -195,13 +206,15 @@ void kos_named_free(void* memory) {
   }
 }
 
-int yfw_strcpy_s(const char*, char* destination, size_t size, const char* source) {
+int yfw_strcpy_s(const char* caller, char* destination, size_t size, const char* source) {
+  traced("copy \"{}\" into {} bytes of {}", shown(source), size, shown(caller));
   if (destination == nullptr || source == nullptr || std::strlen(source) >= size) return EINVAL;
   std::memcpy(destination, source, std::strlen(source) + 1);
   return 0;
 }
 
-int yfw_strncpy_s(const char*, char* destination, size_t size, const char* source, size_t count) {
+int yfw_strncpy_s(const char* caller, char* destination, size_t size, const char* source, size_t count) {
+  traced("copy at most {} of \"{}\" into {} bytes of {}", count, shown(source), size, shown(caller));
   if (destination == nullptr || source == nullptr || size == 0) return EINVAL;
   const size_t length = strnlen(source, count);
   if (length >= size) return ERANGE;
@@ -211,6 +224,7 @@ int yfw_strncpy_s(const char*, char* destination, size_t size, const char* sourc
 }
 
 const char* cerr_strerror(cerrno code) {
+  traced("text of {:#x}", static_cast<uint32_t>(code));
   switch (code) {
     case 0:
       return "success";

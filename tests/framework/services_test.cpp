@@ -300,5 +300,68 @@ TEST_F(ServicesTest, TraceHasCallsLogsAndBufferLines) {
   EXPECT_EQ(ret_nc_yfw_trace_index_incr(), 2u);
 }
 
+TEST_F(ServicesTest, EveryCallIsTraced) {
+  std::vector<std::string> lines;
+  const std::function<void(const TraceLine&)> sink = [&lines](const TraceLine& line) { lines.push_back(line.text); };
+  Surroundings traced = around();
+  traced.trace = &sink;
+  Session session(traced, kEdit);
+  yfw_map_ctx* const ctx = session.ctx();
+  std::string tag = "vlan-id";
+  std::string key = "5";
+  yfw_datatree node{};
+  node.tag = tag.data();
+  node.value = key.data();
+  yfw_datatree* const output = session.output().root();
+  yfw_datatree* children = nullptr;
+  uint32_t count = 0;
+  yfw_node_slot slot{};
+  yfw_node_info info{nullptr};
+  char place[8];
+  uint64_t connection = 0;
+  const imc_find_request request{"Ethernet0_0_1.200"};
+  imc_find_reply found{};
+  imc_flags_reply flags{};
+  void* item = nullptr;
+  uint32_t length = 0;
+  uint32_t type = 0;
+  const std::vector<std::pair<std::function<void()>, std::string>> calls = {
+      {[&] { yfw_map_is_request_add(ctx, &node, output); }, "is vlan-id added -> true"},
+      {[&] { yfw_map_is_request_delete(&node); }, "is vlan-id deleted -> false"},
+      {[&] { yfw_map_do_these_match("a", "b"); }, "match \"a\" \"b\" -> false"},
+      {[&] { yfw_map_datatree_add_path_flagged(ctx, output, "", "urn:a", "5", &node, nullptr, 0, 1); },
+       "add  value=5 source=vlan-id list=0 flags=1 -> 0xaaf2a000"},
+      {[&] { yfw_map_add_to_node_hierarchy(ctx, &node, 2); }, "enter vlan-id level=2"},
+      {[&] { yfw_oc_error_path(ctx); }, "error path /vlan-id"},
+      {[&] { yfw_map_remove_from_node_hierarchy(ctx, &node); }, "leave vlan-id"},
+      {[&] { yfw_map_get_node_info(ctx, "/a/b", "c", &info); }, "look-up /a/b/c -> -"},
+      {[&] { yfw_map_get_subtrees(ctx, &node, &children, &count); }, "children of vlan-id -> 0"},
+      {[&] { yfw_map_search_list(ctx, output, &slot, "/a/b", "5", "k", "urn:a"); }, "search /a/b[k=5] -> not there"},
+      {[&] { yfw_map_search_or_add_list(ctx, output, &slot, "/a/b", "5", "k", "urn:a"); }, "search or add /a/b[k=5]"},
+      {[&] { yfw_map_update_current_list_node(ctx, "/a/b"); }, "current entry of /a/b"},
+      {[&] { yfw_map_validate_data_ns(ctx, &node, "urn:a", 0); }, "namespace of vlan-id is -, wanted urn:a"},
+      {[&] { yfw_map_copy_trim_path_list_ctx(ctx, "/a"); }, "trim /a"},
+      {[&] { yfw_map_free_trim_path_list_ctx(ctx); }, "trim ends"},
+      {[&] { yfw_add_to_output_list_ctx(ctx, &node, output); }, "output list gets vlan-id"},
+      {[&] { yfw_remove_from_output_list_ctx(ctx, &node, output); }, "output list loses vlan-id"},
+      {[&] { kos_named_free(yfw_strdup("text", "YFW_MAP")); }, "copy \"text\" for YFW_MAP; release a copy"},
+      {[&] { yfw_strcpy_s("f", place, sizeof place, "abc"); }, "copy \"abc\" into 8 bytes of f"},
+      {[&] { yfw_strncpy_s("f", place, sizeof place, "abc", 2); }, "copy at most 2 of \"abc\" into 8 bytes of f"},
+      {[&] { cerr_strerror(CERR_UNSUPPORTED); }, "text of 0xaaf2ee00"},
+      {[&] { imc_interface_find(nullptr, 1, &request, &found); }, "interface Ethernet0_0_1.200 -> L3"},
+      {[&] { imc_interface_get_flags(nullptr, 1, &found.handle, &flags); }, "flags of interface handle 3 -> 0x0"},
+      {[&] { _sysdb_bind(&connection, "/path", 1); }, "system database bound at /path"},
+      {[&] { sysdb_item_get(0, "Ethernet9/vlan_trunk/vlan_switched", &item, &length, &type, 0); },
+       "system database Ethernet9/vlan_trunk/vlan_switched -> no such item"},
+  };
+  for (const auto& [call, line] : calls) {
+    lines.clear();
+    call();
+    std::string said;
+    for (const std::string& each : lines) said += (said.empty() ? "" : "; ") + each;
+    EXPECT_EQ(said, line);
+  }
+}
+
 }  // namespace
 }  // namespace yfw
