@@ -150,6 +150,27 @@ TEST_P(OpenConfigEntry, refuses_a_foreign_element_that_is_added) {
   EXPECT_EQ(walk.recorder.calls(), lines("strdup text=stranger owner='YFW MAP'", "error_path"));
 }
 
+TEST_P(OpenConfigEntry, releases_the_older_error_tag_first) {
+  const Walk walk(GetParam().walker(), kEdit, "stranger { }",
+                  [](Walk& w) { w.recorder.own(w.recorder.state.error_tag, "older"); });
+  EXPECT_EQ(walk.recorder.calls(), lines("free text=older", "strdup text=stranger owner='YFW MAP'", "error_path"));
+}
+
+TEST_P(OpenConfigEntry, gives_an_element_without_a_namespace_to_its_hook) {
+  for (const char* const element : {"stranger @nons { }", "x @notag @nons { }"}) {
+    const Walk walk(GetParam().walker(), kRead, element);
+    EXPECT_EQ(walk.code, 0u) << element;
+    EXPECT_EQ(walk.handlers().find(GetParam().hook() + " node="), 0u) << walk.handlers();
+  }
+}
+
+TEST_P(OpenConfigEntry, accepts_its_element_without_a_namespace) {
+  const Entry& entry = GetParam();
+  const Walk walk(entry.walker(), kEdit, std::string(entry.accepted) + " @nons { }",
+                  [&entry](Walk& w) { w.recorder.answer(entry.handler, kFailure); });
+  EXPECT_EQ(walk.code, kFailure);
+}
+
 struct MissingTag {
   uint32_t kind;
   const char* element;
@@ -158,9 +179,11 @@ struct MissingTag {
 
 TEST_P(OpenConfigEntry, goes_on_with_an_element_without_a_tag) {
   for (const MissingTag& c :
-       {MissingTag{kEdit, "x @notag { y }", CERR_UNSUPPORTED}, MissingTag{kRead, "x @notag { y }", CERR_BAD_TREE},
-        MissingTag{kReadState, "x @notag", CERR_BAD_TREE}, MissingTag{kEdit, "x:x @notag { y }", CERR_UNKNOWN_AUGMENT},
-        MissingTag{kEdit, "x:x @notag @delete { y }", 0}, MissingTag{kRead, "x:x @notag { y }", 0}}) {
+       {MissingTag{kEdit, "x @notag { y }", CERR_UNSUPPORTED},
+        MissingTag{kEdit, "x @notag @nons { y }", CERR_UNKNOWN_AUGMENT},
+        MissingTag{kRead, "x @notag { y }", CERR_BAD_TREE}, MissingTag{kReadState, "x @notag", CERR_BAD_TREE},
+        MissingTag{kEdit, "x:x @notag { y }", CERR_UNKNOWN_AUGMENT}, MissingTag{kEdit, "x:x @notag @delete { y }", 0},
+        MissingTag{kRead, "x:x @notag { y }", 0}}) {
     const Walk walk(GetParam().walker(), c.kind, c.element);
     EXPECT_EQ(walk.code, c.code) << c.element << " " << c.kind;
     EXPECT_EQ(
@@ -254,7 +277,10 @@ TEST_P(NativeEntry, tells_like_an_inner_walker_what_it_was_given) {
        lines("TRC " + name + ": Processing tag 'stranger'", "TRC " + name + ": Unsupported tag. Ignoring."), ""},
       {"x:stranger", 0, lines("TRC " + name + ": Processing tag 'stranger'"),
        lines(GetParam().hook() + " node=stranger")},
+      {"stranger @nons", 0, lines("TRC " + name + ": Processing tag 'stranger'"),
+       lines(GetParam().hook() + " node=stranger")},
       {"cfg:x @notag", CERR_BAD_TREE, lines("ERR " + name + ": Tag name is not available!"), ""},
+      {"x @notag @nons", CERR_BAD_TREE, lines("ERR " + name + ": Tag name is not available!"), ""},
   };
   for (const auto& c : cases) {
     for (const uint32_t kind : {kEdit, kRead, kReadState}) {
@@ -268,9 +294,12 @@ TEST_P(NativeEntry, tells_like_an_inner_walker_what_it_was_given) {
 }
 
 TEST_P(NativeEntry, gives_its_own_element_of_a_foreign_namespace_to_the_hook) {
-  const Walk walk(GetParam().walker(), kRead, std::string("x:") + GetParam().accepted);
-  EXPECT_EQ(walk.code, 0u);
-  EXPECT_EQ(walk.handlers(), lines(GetParam().hook() + " node=" + GetParam().accepted));
+  for (const std::string& element :
+       {std::string("x:") + GetParam().accepted, GetParam().accepted + std::string(" @nons")}) {
+    const Walk walk(GetParam().walker(), kRead, element);
+    EXPECT_EQ(walk.code, 0u);
+    EXPECT_EQ(walk.handlers(), lines(GetParam().hook() + " node=" + GetParam().accepted)) << element;
+  }
 }
 
 TEST_P(NativeEntry, walks_its_element_once) {

@@ -233,6 +233,21 @@ INSTANTIATE_TEST_SUITE_P(
                     "ymap_vo_oc_vlan_vexnetosl2ethinfraoper_lvla_vlan",
                     "ymap_vo_oc_vlan_vexnetosl2ethinfracfg_lvla_ethernetfeatures"));
 
+// Leaf and list handlers look at the context only where something else is missing, or in their translation.
+TEST(ContainerHandlersAndHooks, stop_the_process_on_a_null_context_with_everything_else_given) {
+  Tree node("x:stranger");
+  int called = 0;
+  for (const char* kind : {"cont", "hook"}) {
+    for (const std::string& name : weak_exports(kind)) {
+      const bool asserts = kind == std::string("cont") ? !is_default(name) : name.starts_with(rows::kOpenConfig.prefix);
+      if (!asserts) continue;
+      ++called;
+      EXPECT_DEATH(call(name, nullptr, {node.root(), node.root()}), kNoContext) << name;
+    }
+  }
+  EXPECT_EQ(called, 50 + 52);
+}
+
 TEST(ContainerHandlers, without_a_translation_end_without_a_line) {
   Recorder recorder;
   Tree node("vlan { config }");

@@ -17,15 +17,9 @@ using walks::Tree;
 using walks::Walk;
 
 constexpr char kPrefix[] = "ymap_vo_oc_vlan_vexnetosl2ethinfracfg_";
-constexpr char kListPath[] =
-    "/a1:interface-configurations/a1:interface-configuration/a2:l2-transport/l2-protocols/l2-protocol";
 
 Walk walk_trunk(uint32_t kind, std::string_view notation, const std::function<void(Walk&)>& given = {}) {
   return {ymap_vo_oc_vlan_vexnetosl2ethinfracfg_augment_lvlh_interface_configuration, kind, notation, given};
-}
-
-Walk walk_l2_protocols(uint32_t kind, std::string_view notation, const std::function<void(Walk&)>& given = {}) {
-  return {ymap_vo_oc_vlan_vexnetosl2ethinfracfg_augment_lvla_l2_transport, kind, notation, given};
 }
 
 std::string traced(const std::string& function, const std::string& text) {
@@ -81,6 +75,22 @@ TEST(NativeCfg, gives_foreign_children_to_the_hook_also_where_it_knows_the_tag) 
   EXPECT_EQ(walk.handlers(), lines("cont_lvla_vlantrunkconfiguration node=vlan-trunk-configuration count=2",
                                    "lvla_vlantrunkconfiguration_parse_augments node=vlan-switched",
                                    "lvla_vlantrunkconfiguration_parse_augments node=stranger"));
+}
+
+TEST(NativeCfg, gives_children_without_a_namespace_to_the_hook) {
+  const Walk walk = walk_trunk(kRead, "cfg:vlan-trunk-configuration { vlan-switched @nons { mode } stranger @nons }");
+  EXPECT_EQ(walk.code, 0u);
+  EXPECT_EQ(walk.handlers(), lines("cont_lvla_vlantrunkconfiguration node=vlan-trunk-configuration count=2",
+                                   "lvla_vlantrunkconfiguration_parse_augments node=vlan-switched",
+                                   "lvla_vlantrunkconfiguration_parse_augments node=stranger"));
+}
+
+TEST(NativeCfg, passes_the_code_of_a_leaf_that_looks_like_done) {
+  const Walk walk = walk_trunk(
+      kRead, "cfg:vlan-trunk-configuration { vlan-switched { mode=access access-vlan=7 } }",
+      [](Walk& w) { w.recorder.answer("leaf_lvla_vlantrunkconfiguration_vlanswitched_mode", CERR_SKIP_SUBTREE); });
+  EXPECT_EQ(walk.code, CERR_SKIP_SUBTREE);
+  EXPECT_EQ(walk.handlers().find("accessvlan"), std::string::npos) << walk.handlers();
 }
 
 TEST(NativeCfg, stops_at_a_child_without_a_tag) {
@@ -185,67 +195,6 @@ TEST(NativeCfg, keeps_no_books_on_leaves) {
   EXPECT_EQ(walk.state().walk_bits, 0u);
 }
 
-// --- The one list ---
-
-TEST(NativeCfg, walks_list_entries_with_the_framework_told) {
-  Walk walk =
-      walk_l2_protocols(kRead, "cfg:l2-protocols { l2-protocol { l2-protocol-name=cdp other=1 l2-protocol-name=x } }");
-  EXPECT_EQ(walk.code, 0u);
-  EXPECT_EQ(
-      walk.seen(),
-      lines("add_to_node_hierarchy node=l2-protocols level=1", "cont_lvla_l2protocols node=l2-protocols count=1",
-            "add_to_node_hierarchy node=l2-protocol level=2", std::string("update_current_list_node path=") + kListPath,
-            "list_lvla_l2protocols_l2protocol node=l2-protocol", "add_to_output_list node=l2-protocol tree=output",
-            "remove_from_node_hierarchy node=l2-protocol", "remove_from_output_list node=l2-protocol tree=output",
-            "remove_from_node_hierarchy node=l2-protocols"));
-  EXPECT_EQ(walk.recorder.errors(), "");
-  const yfw_datatree& entry = walk.tree["l2-protocol"];
-  const int is_key[] = {1, 0, 1};
-  for (uint32_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(entry.subtrees[i].is_key, is_key[i]) << i;
-    EXPECT_EQ(entry.subtrees[i].key_flags, is_key[i] == 1 ? 0x02 : 0) << i;
-  }
-  EXPECT_EQ(walk.state().output_depth, 0u);
-}
-
-TEST(NativeCfg, logs_a_list_entry_without_keys_and_walks_on) {
-  const Walk walk = walk_l2_protocols(kEdit, "cfg:l2-protocols { l2-protocol l2-protocol { l2-protocol-name=cdp } }");
-  EXPECT_EQ(walk.code, 0u);
-  EXPECT_EQ(walk.recorder.errors(), lines("ERR No keys specified with a list node."));
-  EXPECT_EQ(who_traced(walk.recorder, "No keys specified with a list node."), lines("lvla_l2protocols_l2protocol"));
-  EXPECT_NE(walk.seen().find(lines("add_to_node_hierarchy node=l2-protocol level=2",
-                                   std::string("update_current_list_node path=") + kListPath,
-                                   "list_lvla_l2protocols_l2protocol node=l2-protocol")),
-            std::string::npos)
-      << walk.seen();
-}
-
-TEST(NativeCfg, does_not_call_the_list_handler_where_the_framework_refuses_the_entry) {
-  const Walk walk = walk_l2_protocols(kRead, "cfg:l2-protocols { l2-protocol { l2-protocol-name=cdp } l2-protocol }",
-                                      [](Walk& w) { w.recorder.answer("update_current_list_node", kFailure); });
-  EXPECT_EQ(walk.code, kFailure);
-  EXPECT_EQ(walk.handlers(), lines("cont_lvla_l2protocols node=l2-protocols count=2"));
-  EXPECT_EQ(walk.recorder.errors(), "");
-}
-
-TEST(NativeCfg, ends_a_list_entry_that_its_handler_declares_done) {
-  const Walk walk = walk_l2_protocols(
-      kRead, "cfg:l2-protocols { l2-protocol { l2-protocol-name=a } l2-protocol { l2-protocol-name=b } }",
-      [](Walk& w) { w.recorder.answer("list_lvla_l2protocols_l2protocol", CERR_SKIP_SUBTREE, 1); });
-  EXPECT_EQ(walk.code, 0u);
-  EXPECT_EQ(
-      walk.seen(),
-      lines("add_to_node_hierarchy node=l2-protocols level=1", "cont_lvla_l2protocols node=l2-protocols count=2",
-            "add_to_node_hierarchy node=l2-protocol level=2", std::string("update_current_list_node path=") + kListPath,
-            "list_lvla_l2protocols_l2protocol node=l2-protocol", "remove_from_node_hierarchy node=l2-protocol",
-            "add_to_node_hierarchy node=l2-protocol level=2", std::string("update_current_list_node path=") + kListPath,
-            "list_lvla_l2protocols_l2protocol node=l2-protocol", "add_to_output_list node=l2-protocol tree=output",
-            "remove_from_node_hierarchy node=l2-protocol", "remove_from_output_list node=l2-protocol tree=output",
-            "remove_from_node_hierarchy node=l2-protocols"));
-  EXPECT_EQ(who_traced(walk.recorder, "End"), lines("lvla_l2protocols_l2protocol", "lvla_l2protocols_l2protocol",
-                                                    "lvla_l2protocols", "augment_lvla_l2_transport"));
-}
-
 // --- Containers that lead nowhere ---
 
 TEST(NativeCfg, makes_nothing_of_what_it_does_not_map) {
@@ -279,6 +228,19 @@ TEST(NativeCfg, knows_egress_filtering_only_by_the_second_walker_of_its_containe
                                    "cont_lvla_ethernetfeatures_egressfiltering node=egress-filtering count=0"));
   EXPECT_EQ(who_traced(walk.recorder, "Start"),
             lines("lvla_ethernetfeatures", "lvla_ethernetfeatures_egressfiltering"));
+}
+
+TEST(NativeCfg, refuses_null_arguments_at_the_second_walker) {
+  for (const bool has_node : {true, false}) {
+    Recorder recorder;
+    Tree tree("cfg:ethernet-features");
+    EXPECT_EQ(ymap_vo_oc_vlan_vexnetosl2ethinfracfg_lvla_ethernetfeatures(
+                  recorder.ctx(), has_node ? tree.root() : nullptr, has_node ? nullptr : recorder.output()),
+              CERR_INVALID_ARGS);
+    EXPECT_EQ(recorder.log(), lines("TRC Start", "ERR Invalid arguments passed!"));
+    EXPECT_EQ(who_traced(recorder, "Invalid arguments passed!"), lines("lvla_ethernetfeatures"));
+    EXPECT_EQ(recorder.calls(), lines("error_path"));
+  }
 }
 
 TEST(NativeCfg, does_not_allocate_on_success) {

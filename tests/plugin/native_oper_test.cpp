@@ -1,8 +1,9 @@
 // The reduced walk of native operational data.
 #include <gtest/gtest.h>
 
-#include "plugin/walk.h"
+#include "plugin/native_oper_walk.h"
 
+namespace native_oper {
 namespace {
 
 using seen::who_traced;
@@ -12,48 +13,6 @@ using walks::kRead;
 using walks::kReadState;
 using walks::lines;
 using walks::Walk;
-
-constexpr char kNode[] = "list_lvla_vlan_nodes_node";
-constexpr char kTrunk[] = "list_lvla_vlan_trunks_trunk";
-constexpr char kInterface[] = "list_lvla_vlan_interfaces_interface";
-constexpr char kEncapsulation[] = "cont_lvla_vlan_interface_encapsulationdetails";
-constexpr char kSwitched[] = "cont_lvla_vlan_trunk_vlanswitched";
-constexpr char kNativeVlan[] = "leaf_lvla_vlan_layer3subinterfaces_nativevlan";
-
-// The walk alone: list handlers and translations answer without their bodies.
-Walk walk_vlan(uint32_t kind, const std::string& below, const std::function<void(Walk&)>& given = {}) {
-  return {ymap_vo_oc_vlan_vexnetosl2ethinfraoper_lvla_vlan, kind, "oper:vlan { " + below + " }", [&given](Walk& w) {
-            for (const char* handler : {kTrunk, kInterface, kEncapsulation, kSwitched, kNativeVlan}) {
-              w.recorder.answer(handler, 0);
-            }
-            if (given) given(w);
-          }};
-}
-
-std::string node(const std::string& below) {
-  return "nodes { node { node-id=0/0 " + below + " } }";
-}
-
-// The walk up to the children of a node, and from there.
-const std::string kIn =
-    lines("add_to_node_hierarchy node=vlan level=1", "cont_lvla_vlan node=vlan count=1",
-          "add_to_node_hierarchy node=nodes level=1", "cont_lvla_vlan_nodes node=nodes count=1",
-          "add_to_node_hierarchy node=node level=2", "update_current_list_node path=/vlan/nodes/node",
-          "list_lvla_vlan_nodes_node node=node", "add_to_output_list node=node tree=output");
-const std::string kOut = lines("remove_from_node_hierarchy node=node", "remove_from_output_list node=node tree=output",
-                               "remove_from_node_hierarchy node=nodes", "remove_from_node_hierarchy node=vlan");
-
-std::string opened(const std::string& entry, const std::string& path, const std::string& handler) {
-  return lines("add_to_node_hierarchy node=" + entry + " level=2", "update_current_list_node path=" + path,
-               handler + " node=" + entry, "add_to_output_list node=" + entry + " tree=output");
-}
-
-std::string closed(const std::string& entry) {
-  return lines("remove_from_node_hierarchy node=" + entry, "remove_from_output_list node=" + entry + " tree=output");
-}
-
-constexpr char kTrunkPath[] = "/vlan/nodes/node/trunks/trunk";
-constexpr char kInterfacePath[] = "/vlan/nodes/node/interfaces/interface";
 
 TEST(NativeOper, visits_every_node_that_it_knows) {
   Walk walk =
@@ -114,6 +73,19 @@ TEST(NativeOper, leads_to_the_translations) {
   }
 }
 
+TEST(NativeOper, refuses_null_arguments_at_the_exported_root) {
+  for (const bool has_node : {true, false}) {
+    walks::Recorder recorder(kReadState);
+    walks::Tree tree("oper:vlan { nodes }");
+    EXPECT_EQ(ymap_vo_oc_vlan_vexnetosl2ethinfraoper_lvla_vlan(recorder.ctx(), has_node ? tree.root() : nullptr,
+                                                               has_node ? nullptr : recorder.output()),
+              CERR_INVALID_ARGS);
+    EXPECT_EQ(recorder.log(), lines("TRC Start", "ERR Invalid arguments passed!"));
+    EXPECT_EQ(who_traced(recorder, "Invalid arguments passed!"), lines("lvla_vlan"));
+    EXPECT_EQ(recorder.calls(), lines("error_path"));
+  }
+}
+
 class NativeOperKind : public testing::TestWithParam<uint32_t> {};
 
 TEST_P(NativeOperKind, other_than_a_state_read_descends_nowhere) {
@@ -124,7 +96,7 @@ TEST_P(NativeOperKind, other_than_a_state_read_descends_nowhere) {
   EXPECT_EQ(who_traced(walk.recorder, "Unsupported tag. Ignoring."), lines("lvla_vlan"));
 }
 
-INSTANTIATE_TEST_SUITE_P(NativeOper, NativeOperKind, testing::Values(kRead, kEdit, 9u, 11u, 0xffffffffu));
+INSTANTIATE_TEST_SUITE_P(NativeOper, NativeOperKind, testing::Values(kRead, kEdit, 2u, 9u, 11u, 0x10au, 0xffffffffu));
 
 TEST(NativeOper, keeps_no_books_and_walks_nothing_implicitly) {
   Walk walk = walk_vlan(kReadState, "nodes", [](Walk& w) {
@@ -210,129 +182,83 @@ TEST(NativeOper, ends_a_container_that_its_handler_declares_done) {
       << walk.seen();
 }
 
-// --- List entries ---
+TEST(NativeOper, ends_a_trunk_whose_leaf_is_done_and_goes_on_to_the_next) {
+  const Walk walk =
+      walk_vlan(kReadState,
+                node("trunks { trunk { interface=E0 layer3-sub-interfaces { native-vlan=7 } vlan-switched { } } "
+                     "trunk { interface=E1 vlan-switched { } } }"),
+                [](Walk& w) { w.recorder.answer(kNativeVlan, CERR_SKIP_SUBTREE); });
+  EXPECT_EQ(walk.code, 0u);
+  EXPECT_EQ(walk.seen(),
+            kIn + lines("add_to_node_hierarchy node=trunks level=1", "cont_lvla_vlan_node_trunks node=trunks count=2") +
+                opened("trunk", kTrunkPath, kTrunk) +
+                lines("add_to_node_hierarchy node=layer3-sub-interfaces level=1",
+                      "cont_lvla_vlan_trunk_layer3subinterfaces node=layer3-sub-interfaces count=1",
+                      "leaf_lvla_vlan_layer3subinterfaces_nativevlan node=native-vlan",
+                      "remove_from_node_hierarchy node=layer3-sub-interfaces") +
+                closed("trunk") + opened("trunk", kTrunkPath, kTrunk) +
+                lines("add_to_node_hierarchy node=vlan-switched level=1",
+                      "cont_lvla_vlan_trunk_vlanswitched node=vlan-switched count=0",
+                      "remove_from_node_hierarchy node=vlan-switched") +
+                closed("trunk") + lines("remove_from_node_hierarchy node=trunks") + kOut);
+  EXPECT_EQ(walk.state().output_depth, 0u);
+}
 
-struct ListCase {
+struct ForeignCase {
   const char* name;
-  const char* tree;  // of two entries, below a node unless they are nodes
-  const char* entry;
-  const char* path;
-  const char* key;
-  const char* handler;
+  uint32_t kind;
+  const char* tree;
+  const char* handlers;
 };
 
-std::ostream& operator<<(std::ostream& out, const ListCase& c) {
+std::ostream& operator<<(std::ostream& out, const ForeignCase& c) {
   return out << c.name;
 }
 
-class NativeOperList : public testing::TestWithParam<ListCase> {
- protected:
-  static Walk walk(const std::string& first, const std::string& second, const std::function<void(Walk&)>& given = {}) {
-    const ListCase& c = GetParam();
-    std::string tree = c.tree;
-    tree.replace(tree.find('1'), 1, std::string(c.entry) + " " + first);
-    tree.replace(tree.find('2'), 1, std::string(c.entry) + " " + second);
-    return walk_vlan(kReadState, tree, given);
-  }
+class NativeOperForeign : public testing::TestWithParam<ForeignCase> {};
 
-  static std::string keyed(const std::string& value) {
-    return "{ " + std::string(GetParam().key) + "=" + value + " other=x }";
-  }
-
-  // The calls from the first entry's on, up to the last one's end.
-  static std::string entries(const Walk& walk) {
-    const std::string all = walk.seen();
-    const std::string first = "add_to_node_hierarchy node=" + std::string(GetParam().entry) + " level=2";
-    std::string found;
-    std::istringstream lines_of(all.substr(all.find(first)));
-    const std::string enclosing = "remove_from_node_hierarchy node=" + std::string(GetParam().entry) + "s";
-    for (std::string line; std::getline(lines_of, line) && line != enclosing;) found += line + '\n';
-    return found;
-  }
-
-  static std::string open() { return opened(GetParam().entry, GetParam().path, GetParam().handler); }
-  static std::string close() { return closed(GetParam().entry); }
-  static std::string entered() {
-    return lines("add_to_node_hierarchy node=" + std::string(GetParam().entry) + " level=2",
-                 "update_current_list_node path=" + std::string(GetParam().path));
-  }
-  static std::string handled() { return lines(std::string(GetParam().handler) + " node=" + GetParam().entry); }
-  static std::string left() { return lines("remove_from_node_hierarchy node=" + std::string(GetParam().entry)); }
-};
-
-TEST_P(NativeOperList, entries_are_walked_in_order_with_their_keys_marked) {
-  const Walk done = walk(keyed("a"), keyed("b"), [](Walk& w) { w.recorder.state.output_depth = 3; });
-  EXPECT_EQ(done.code, 0u);
-  EXPECT_EQ(entries(done), open() + close() + open() + close());
-  EXPECT_EQ(done.state().output_depth, 3u);
+TEST_P(NativeOperForeign, child_is_known_by_its_tag_alone_where_it_is_looked_at) {
+  const ForeignCase& c = GetParam();
+  const Walk walk = walk_vlan(c.kind, c.tree);
+  EXPECT_EQ(walk.code, 0u);
+  EXPECT_EQ(walk.handlers(), std::string("cont_lvla_vlan node=vlan count=1\n") + c.handlers);
+  EXPECT_EQ(who_traced(walk.recorder, "Unsupported tag. Ignoring."), "");
 }
 
-TEST_P(NativeOperList, marks_the_key_alone) {
-  Walk done = walk(keyed("a"), keyed("b"));
-  const std::string path = std::string(GetParam().name) == "node"
-                               ? "nodes/node"
-                               : std::string("nodes/node/") + GetParam().entry + "s/" + GetParam().entry;
-  const yfw_datatree& entry = done.tree[path];
-  EXPECT_EQ(entry.subtrees[0].is_key, 1);
-  EXPECT_EQ(entry.subtrees[0].key_flags, 0x02);
-  EXPECT_EQ(entry.subtrees[1].is_key, 0);
-  EXPECT_EQ(entry.subtrees[1].key_flags, 0);
-}
+constexpr char kNodesKnown[] = "cont_lvla_vlan_nodes node=nodes count=0\n";
+constexpr char kNodesForeign[] = "lvla_vlan_parse_augments node=nodes\n";
 
-TEST_P(NativeOperList, entry_without_children_is_logged_and_handled) {
-  const Walk done = walk("", keyed("b"));
-  EXPECT_EQ(done.code, 0u);
-  EXPECT_EQ(done.recorder.errors(), lines("ERR No keys specified with a list node."));
-  EXPECT_EQ(entries(done), open() + close() + open() + close());
-}
-
-TEST_P(NativeOperList, entry_that_the_framework_refuses_is_still_put_on_the_output_list) {
-  const Walk done = walk(keyed("a"), keyed("b"), [](Walk& w) {
-    const int earlier = std::string(GetParam().name) == "node" ? 0 : 1;
-    w.recorder.answer("update_current_list_node", kFailure, earlier + 1);
-  });
-  EXPECT_EQ(done.code, kFailure);
-  EXPECT_EQ(entries(done),
-            entered() + lines("add_to_output_list node=" + std::string(GetParam().entry) + " tree=output") + close());
-}
-
-TEST_P(NativeOperList, entry_whose_handler_fails_ends_the_walk) {
-  const Walk done = walk(keyed("a"), keyed("b"), [](Walk& w) { w.recorder.answer(GetParam().handler, kFailure, 1); });
-  EXPECT_EQ(done.code, kFailure);
-  EXPECT_EQ(entries(done), open() + close());
-  EXPECT_EQ(who_traced(done.recorder, "Processing tag 'other'"), "");
-  EXPECT_EQ(done.recorder.calls().find("error_path"), std::string::npos);
-}
-
-TEST_P(NativeOperList, entry_that_its_handler_declares_done_is_skipped) {
-  const Walk done =
-      walk(keyed("a"), keyed("b"), [](Walk& w) { w.recorder.answer(GetParam().handler, CERR_SKIP_SUBTREE, 1); });
-  EXPECT_EQ(done.code, 0u);
-  EXPECT_EQ(entries(done), entered() + handled() + left() + open() + close());
-}
-
-TEST_P(NativeOperList, entry_is_taken_off_the_output_list_only_where_it_deepened_it) {
-  const Walk done = walk(keyed("a"), keyed("b"), [](Walk& w) { w.recorder.keep_output_depth(); });
-  EXPECT_EQ(done.code, 0u);
-  const std::string entry = entered() + handled() +
-                            lines("add_to_output_list node=" + std::string(GetParam().entry) + " tree=output") + left();
-  EXPECT_EQ(entries(done), entry + entry);
-}
-
-TEST_P(NativeOperList, failing_add_to_the_output_list_changes_nothing_else) {
-  const Walk done = walk(keyed("a"), keyed("b"), [](Walk& w) { w.recorder.answer("add_to_output_list", kFailure); });
-  EXPECT_EQ(done.code, 0u);
-  EXPECT_EQ(done.seen().find("remove_from_output_list"), std::string::npos);
-}
-
-INSTANTIATE_TEST_SUITE_P(NativeOper, NativeOperList,
-                         testing::Values(ListCase{"node", "nodes { 1 2 }", "node", "/vlan/nodes/node", "node-id",
-                                                  kNode},
-                                         ListCase{"trunk", "nodes { node { node-id=0 trunks { 1 2 } } }", "trunk",
-                                                  kTrunkPath, "interface", kTrunk},
-                                         ListCase{"interface", "nodes { node { node-id=0 interfaces { 1 2 } } }",
-                                                  "interface", kInterfacePath, "interface", kInterface}),
+INSTANTIATE_TEST_SUITE_P(NativeOper, NativeOperForeign,
+                         testing::Values(ForeignCase{"state_read", kReadState, "x:nodes", kNodesKnown},
+                                         ForeignCase{"state_read_without_namespace", kReadState, "nodes @nons",
+                                                     kNodesKnown},
+                                         ForeignCase{"read", kRead, "x:nodes", kNodesForeign},
+                                         ForeignCase{"edit", kEdit, "x:nodes", kNodesForeign},
+                                         ForeignCase{"read_without_namespace", kRead, "nodes @nons", kNodesForeign},
+                                         ForeignCase{"stranger_without_namespace", kReadState, "stranger @nons",
+                                                     "lvla_vlan_parse_augments node=stranger\n"}),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// key_flags and xpath_status.
+using XpathMarks = std::pair<uint8_t, uint32_t>;
+
+class NativeOperXpath : public testing::TestWithParam<XpathMarks> {};
+
+TEST_P(NativeOperXpath, error_needs_both_marks) {
+  const Walk walk = walk_vlan(
+      kReadState, node("trunks { trunk { interface=E0 layer3-sub-interfaces { native-vlan=7 } } }"), [](Walk& w) {
+        yfw_datatree& leaf = w.tree["nodes/node/trunks/trunk/layer3-sub-interfaces/native-vlan"];
+        leaf.key_flags = GetParam().first;
+        leaf.xpath_status = GetParam().second;
+      });
+  EXPECT_EQ(who_traced(walk.recorder, "got xpath error node "), "");
+  EXPECT_EQ(walk.state().pass_flags, 0u);
+  EXPECT_NE(walk.handlers().find(std::string(kNativeVlan) + " node=native-vlan\n"), std::string::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(NativeOper, NativeOperXpath,
+                         testing::Values(XpathMarks{0xf7, 5}, XpathMarks{0x08, 4}, XpathMarks{0x08, 0},
+                                         XpathMarks{0x00, 0}));
 
 TEST(NativeOper, tells_of_an_xpath_error_and_translates_the_leaf_all_the_same) {
   const Walk walk =
@@ -345,3 +271,4 @@ TEST(NativeOper, tells_of_an_xpath_error_and_translates_the_leaf_all_the_same) {
 }
 
 }  // namespace
+}  // namespace native_oper

@@ -17,6 +17,9 @@ namespace seen {
 // The calls of handlers, hooks and services in their order, without messages, comparisons and questions.
 std::string walk(const recording::Recorder& recorder);
 
+// The same with the comparisons of texts.
+std::string walk_with_comparisons(const recording::Recorder& recorder);
+
 // The handlers and hooks alone.
 std::string handlers(const recording::Recorder& recorder);
 

@@ -29,8 +29,8 @@
 #define LIST(walker, parent, tag, key, path)                                                            \
   cerrno OC_VLAN_NAME(list_##walker)(yfw_map_ctx * ctx, const yfw_datatree* node, yfw_datatree* output, \
                                      yfw_datatree* children) {                                          \
-    OC_VLAN_SEEN(list_##walker)                                                                         \
     ::seen::check_children(node, children);                                                             \
+    OC_VLAN_SEEN(list_##walker)                                                                         \
     return own(ctx, node, output, children);                                                            \
   }                                                                                                     \
   OC_VLAN_SEEN_PLAIN(walker##_parse_augments)

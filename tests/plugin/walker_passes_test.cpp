@@ -172,6 +172,54 @@ TEST(Replace, below_a_replace_leaves_the_outer_one_as_it_was) {
   EXPECT_EQ(walk.state().replace_restore, 0u);
 }
 
+struct NestedCase {
+  const char* name;
+  int nth;  // call of the inner handler; the first is that of the outer first pass
+  cerrno answer;
+  cerrno code;
+  bool writes;       // whether the inner leaf is reached
+  const char* last;  // call of a handler
+};
+
+std::ostream& operator<<(std::ostream& out, const NestedCase& c) {
+  return out << c.name;
+}
+
+class NestedReplace : public testing::TestWithParam<NestedCase> {};
+
+TEST_P(NestedReplace, puts_back_both_whatever_the_inner_one_came_to) {
+  const NestedCase& c = GetParam();
+  const yfw_datatree* outer = nullptr;
+  const yfw_datatree* inner = nullptr;
+  Walk walk = sub_interface(
+      kEdit, "vlan { match @replace { single-tagged @replace { config { vlan-id=1 } } double-tagged { } } }",
+      [&](Walk& w) {
+        outer = w.tree["match"].subtrees;
+        inner = w.tree["match/single-tagged"].subtrees;
+        w.recorder.answer("cont_lvla_vlan_match_singletagged", c.answer, c.nth);
+        w.recorder.answer("leaf_lvlb_vlan_config_vlanid", 0);
+      });
+  EXPECT_EQ(walk.code, c.code);
+  EXPECT_TRUE(walk.handlers().ends_with(lines(c.last))) << walk.handlers();
+  EXPECT_EQ(walk.handlers().find("leaf_lvlb_vlan_config_vlanid node=vlan-id") != std::string::npos, c.writes);
+  expect_put_back(walk, "match", outer, 2);
+  expect_put_back(walk, "match/single-tagged", inner);
+}
+
+constexpr char kNext[] = "cont_lvla_vlan_match_doubletagged node=double-tagged count=0 pass=0x80 restore=1";
+
+INSTANTIATE_TEST_SUITE_P(
+    Walker, NestedReplace,
+    testing::Values(
+        NestedCase{
+            "first_pass_fails", 2, kFailure, kFailure, false,
+            "lvla_vlan_match_singletagged_parse_augments node=single-tagged op=4 pass=0xc0 restore=1 implicit=1"},
+        NestedCase{"second_pass_fails", 3, kFailure, kFailure, false,
+                   "cont_lvla_vlan_match_singletagged node=single-tagged count=1 pass=0x80 restore=1"},
+        NestedCase{"done_in_the_first_pass", 2, CERR_SKIP_SUBTREE, 0, true, kNext},
+        NestedCase{"done_in_the_second_pass", 3, CERR_SKIP_SUBTREE, 0, false, kNext}),
+    [](const auto& info) { return std::string(info.param.name); });
+
 TEST(Replace, marks_stay_apart_from_other_flags_of_the_request) {
   Walk walk = sub_interface(kEdit, kReplaced, [](Walk& w) {
     without_leaves(w);
@@ -251,6 +299,25 @@ TEST(Read, remembers_that_a_selecting_leaf_was_read) {
 TEST(Read, marks_nothing_of_an_edit) {
   const Walk walk = sub_interface(kEdit, "vlan { match { single-tagged { config { vlan-id=1 @select } } } }");
   EXPECT_EQ(walk.state().walk_bits, 0u);
+}
+
+struct FailingLeaf {
+  uint32_t kind;
+  const char* leaf;
+  uint32_t mark;
+  uint32_t walk_bits;
+};
+
+TEST(Read, remembers_a_leaf_also_where_its_handler_fails) {
+  for (const FailingLeaf& c : {FailingLeaf{kRead, "vlan-id", 1, 0x2}, FailingLeaf{kEdit, "vlan-id=1", 1, 0},
+                               FailingLeaf{kRead, "vlan-id=1 @select", 6, 0x10000}}) {
+    Walk walk = sub_interface(c.kind, std::string("vlan { match { single-tagged { config { ") + c.leaf + " } } } }",
+                              [](Walk& w) { w.recorder.answer("leaf_lvlb_vlan_config_vlanid", kFailure); });
+    EXPECT_EQ(walk.code, kFailure);
+    EXPECT_EQ(walk.tree["match/single-tagged/config/vlan-id"].walk_mark, c.mark) << c.leaf;
+    EXPECT_EQ(walk.tree["match/single-tagged/config/vlan-id"].walk_flags, 0x04) << c.leaf;
+    EXPECT_EQ(walk.state().walk_bits, c.walk_bits) << c.leaf;
+  }
 }
 
 void set_all_walk_bits(Walk& walk) {

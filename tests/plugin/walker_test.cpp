@@ -248,6 +248,39 @@ TEST(Walker, knows_children_of_this_family_by_their_tag_alone) {
   EXPECT_EQ(walk.handlers(), lines("cont_lvla_vlan node=vlan count=1", "cont_lvla_vlan_match node=match count=0"));
 }
 
+TEST(Walker, gives_a_child_without_a_namespace_to_the_hook) {
+  const Walk walk = sub_interface(kRead, "vlan { stranger @nons match @nons { } }",
+                                  [](Walk& w) { w.recorder.answer("cont_lvla_vlan_match", CERR_SKIP_SUBTREE); });
+  EXPECT_EQ(walk.code, 0u);
+  EXPECT_EQ(walk.handlers(), lines("cont_lvla_vlan node=vlan count=2", "lvla_vlan_parse_augments node=stranger",
+                                   "cont_lvla_vlan_match node=match count=0"));
+}
+
+// 0, 10 and nothing else is a read.
+class OtherKind : public testing::TestWithParam<uint32_t> {};
+
+TEST_P(OtherKind, refuses_what_is_unknown) {
+  for (const char* const child : {"stranger", "state"}) {
+    const Walk walk = sub_interface(GetParam(), std::string("vlan { ") + child + " }");
+    EXPECT_EQ(walk.code, CERR_UNSUPPORTED) << child;
+    EXPECT_STREQ(walk.state().error_tag, child);
+  }
+  const Walk entry = sub_interface(GetParam(), "stranger");
+  EXPECT_EQ(entry.code, CERR_UNSUPPORTED);
+}
+
+TEST_P(OtherKind, walks_a_childless_element_once) {
+  EXPECT_EQ(sub_interface(GetParam(), "vlan").handlers(), lines("cont_lvla_vlan node=vlan count=0"));
+}
+
+TEST_P(OtherKind, remembers_nothing_of_a_leaf) {
+  const Walk walk = sub_interface(GetParam(), "vlan { match { single-tagged { config { vlan-id=1 @select } } } }",
+                                  [](Walk& w) { w.recorder.state.walk_bits = 0xf0; });
+  EXPECT_EQ(walk.state().walk_bits, 0xf0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Walker, OtherKind, testing::Values(2u, 9u, 11u, 0x10au, 0x100u, 0xffffffffu));
+
 TEST(Walker, compares_tags_in_the_order_of_the_rows) {
   const Walk walk = sub_interface(kEdit, "vlan { ingress-mapping { } }");
   const std::string all = walk.recorder.all_calls();

@@ -30,9 +30,9 @@
 // and, in all_calls() only: is_request_add node=, is_request_delete node=, do_these_match left= right=,
 // should_log level=, log ..., trace ...
 //
-// When it goes, a Recorder fails the test for owned texts that nobody holds or releases, for double releases, for
-// messages that differ between the debug log and the trace buffer while both are on, and for a call with another
-// context.
+// When it goes, a Recorder fails the test for owned texts that nobody holds or releases, for double releases and for
+// messages that differ between the debug log and the trace buffer while both are on. A call with another context fails
+// the test, too, and so does a comparison with a null text.
 #pragma once
 
 #include <cstdint>
@@ -122,6 +122,9 @@ class Recorder {
   // Called with the source of every add, before it is answered: sees what the source is at that moment.
   void on_add(std::function<void(const yfw_datatree* source)> watch) { watches_add_ = std::move(watch); }
 
+  // strncpy succeeds without an end behind the text: the rest of the destination is full of '#'.
+  void leave_copies_open() { ends_copies_ = false; }
+
   // add_to_output_list leaves `output_depth` as it is.
   void keep_output_depth() { deepens_output_ = false; }
 
@@ -196,6 +199,7 @@ class Recorder {
 
   std::function<void(const yfw_datatree*)> watches_add_;
   bool fills_slots_ = true;
+  bool ends_copies_ = true;
   bool deepens_output_ = true;
   int expected_unreleased_ = 0;
   cerrno find_status_ = 1;

@@ -138,6 +138,13 @@ void Services::release(void* block) {
   std::free(block);
 }
 
+void Services::copy(char* destination, std::size_t size, const char* source, std::size_t count) {
+  std::snprintf(destination, size, "%.*s", static_cast<int>(count), source);
+  if (current().ends_copies_) return;
+  const std::size_t length = std::strlen(destination);
+  std::memset(destination + length, '#', size - length);
+}
+
 bool Services::logs(int level) {
   const bool usual = level >= 0 && level < 4 && current().logs_[level];
   return current().write("should_log", "level=" + std::to_string(level), usual ? 1 : 0, true) != 0;
@@ -221,7 +228,10 @@ int yfw_map_is_request_delete(const yfw_datatree* node) {
 
 int yfw_map_do_these_match(const char* left, const char* right) {
   const NotCounted here;
-  const bool equal = left != nullptr && right != nullptr && std::strcmp(left, right) == 0;
+  // The framework's own may read both texts at once.
+  const bool given = left != nullptr && right != nullptr;
+  if (!given) ADD_FAILURE() << "do_these_match: left=" << shown(left) << " right=" << shown(right);
+  const bool equal = given && std::strcmp(left, right) == 0;
   Services::write("do_these_match", "left=" + shown(left) + " right=" + shown(right), 0, true);
   return equal ? 1 : 0;
 }
@@ -352,7 +362,7 @@ int yfw_strncpy_s(const char* caller, char* destination, size_t size, const char
   const NotCounted here;
   const uint32_t code = Services::write("strncpy", "caller=" + shown(caller) + " size=" + std::to_string(size) +
                                                        " source=" + shown(source) + " count=" + std::to_string(count));
-  if (code == 0) std::snprintf(destination, size, "%.*s", static_cast<int>(count), source);
+  if (code == 0) Services::copy(destination, size, source, count);
   return static_cast<int>(code);
 }
 

@@ -30,6 +30,7 @@ struct Services {
   static cerrno remove_from_output_list(const yfw_datatree* node, const yfw_datatree* output);
   static char* duplicate(const char* text, const char* owner);
   static void release(void* block);
+  static void copy(char* destination, std::size_t size, const char* source, std::size_t count);
   static bool logs(int level);
   static void log(MessageRecord record);
   static uint32_t next_trace_index();

@@ -120,6 +120,8 @@ class TreeParser {
       node.subtree_count = 1;
     } else if (name == "notag") {
       node.tag = nullptr;
+    } else if (name == "nons") {
+      node.ns = nullptr;
     } else {
       fail("unknown attribute " + name);
     }

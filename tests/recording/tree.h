@@ -26,6 +26,7 @@ namespace recording {
 //   @vns=types          the value's own namespace (value_ns)
 //   @missing            bit 0x40 set and a count of 1, but no array
 //   @notag              a node whose tag is null; write any word as its tag
+//   @nons               a node whose namespace is null; what is below it has one all the same
 class Tree {
  public:
   explicit Tree(std::string_view notation);
