@@ -146,6 +146,15 @@ std::string case_name(const testing::TestParamInfo<Case>& info) {
   return name;
 }
 
+void expect_in_order(const std::string& document, const std::vector<std::string>& texts) {
+  std::size_t at = 0;
+  for (const std::string& text : texts) {
+    at = document.find(text, at);
+    ASSERT_NE(at, std::string::npos) << text << "\nis not where it belongs in\n" << document;
+    at += text.size();
+  }
+}
+
 std::string add(const std::string& path, const std::string& ns, const std::string& value, const std::string& source,
                 uint32_t list_flag, uint32_t flags, const std::string& slot) {
   return "add_path tree=output path=" + path + " ns=" + ns + " value=" + value + " source=" + source + " slot=" + slot +

@@ -44,7 +44,7 @@ class Function {
 const std::vector<Function>& all_functions();
 
 inline const std::vector<uint32_t> kReads{kRead, kReadState};
-inline const std::vector<uint32_t> kEdits{kEdit, 2, 11, 0xffffffff};
+inline const std::vector<uint32_t> kEdits{kEdit, 2, 11, 0x10a, 0xffffffff};
 
 // `calls` and `errors` are documents made by `lines`. `failures` says, for each add_path in `calls`, what becomes of
 // its failure: '.' nothing, 'r' it is the result and the rest is done all the same, 's' it is the result and nothing
@@ -71,6 +71,9 @@ void check(const Case& c);
 
 std::ostream& operator<<(std::ostream& out, const Case& c);
 std::string case_name(const testing::TestParamInfo<Case>& info);
+
+// Expects the texts in a document, each behind the one before.
+void expect_in_order(const std::string& document, const std::vector<std::string>& texts);
 
 // Lines of a call document. A "-" is a null text.
 std::string add(const std::string& path, const std::string& ns, const std::string& value, const std::string& source,

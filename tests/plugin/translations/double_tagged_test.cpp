@@ -64,6 +64,20 @@ INSTANTIATE_TEST_SUITE_P(
                          .given = failing_flags,
                          .calls = lines(kClassify),
                          .result = 0xaaf20123},
+                    Case{.name = "outer_failed_copy_of_the_name",
+                         .function = kOuterId,
+                         .tree = "outer-vlan-id=7",
+                         .kinds = {kRead, kEdit, kReadState},
+                         .given = failing_copy,
+                         .calls = lines(kCopy),
+                         .result = 34},
+                    Case{.name = "outer_flags_without_an_item_count_as_l3",
+                         .function = kOuterId,
+                         .tree = "outer-vlan-id=7",
+                         .given = failing_flags_status,
+                         .calls = lines(kClassify, identifier("first-tag", "7", "outer-vlan-id"),
+                                        identifier("vlan-type", "vlan-type-dot1ad", "outer-vlan-id")),
+                         .failures = ".r"},
                     Case{.name = "inner_read_l2",
                          .function = kInnerId,
                          .tree = "inner-vlan-id=8",
@@ -104,6 +118,19 @@ INSTANTIATE_TEST_SUITE_P(
                          .given = l3,
                          .calls = lines(kClassify, identifier("", "-", "inner-vlan-id")),
                          .failures = "r"},
+                    Case{.name = "inner_failed_copy_of_the_name",
+                         .function = kInnerId,
+                         .tree = "inner-vlan-id=8",
+                         .kinds = {kRead, kEdit, kReadState},
+                         .given = failing_copy,
+                         .calls = lines(kCopy),
+                         .result = 34},
+                    Case{.name = "inner_flags_without_an_item_count_as_l3",
+                         .function = kInnerId,
+                         .tree = "inner-vlan-id=8",
+                         .given = failing_flags_status,
+                         .calls = lines(kClassify, identifier("second-tag", "8", "inner-vlan-id")),
+                         .failures = "r"},
                     Case{.name = "inner_failed_classification",
                          .function = kInnerId,
                          .tree = "inner-vlan-id=8",
@@ -112,6 +139,11 @@ INSTANTIATE_TEST_SUITE_P(
                          .calls = lines(kClassify),
                          .result = 0xaaf20123}),
     case_name);
+
+TEST(DoubleTaggedTrace, tells_how_the_sub_interface_was_classified) {
+  expect_classification_told(kOuterId);
+  expect_classification_told(kInnerId);
+}
 
 // A leaf with its tag type, which deletes the container, or only its own leaves beside a list.
 struct Pair {
@@ -301,6 +333,10 @@ TEST_P(DoubleTaggedList, reads_all_leaves) {
     read.kinds = kReads;
     check(read);
   }
+}
+
+TEST_P(DoubleTaggedList, tells_that_it_has_no_children) {
+  expect_empty_list_told(GetParam().function);
 }
 
 TEST_P(DoubleTaggedList, deletes_the_container) {

@@ -120,12 +120,12 @@ TEST_P(EncapsulationReadBack, tells_each_leaf_by_the_whole_match) {
   for (const Side& side :
        {Side{kEncapsulationLeaves, kEncapsulationTable, false}, Side{kIdentifierLeaves, kIdentifierTable, true}}) {
     for (const auto& [leaf, function] : side.leaves) {
-      for (const std::string value : {"10", "4097", "''", "text"}) {
+      for (const std::string value : {"10", "4097", "''", "text", "-"}) {
         SCOPED_TRACE(leaf + " " + value);
         const std::string line = told(side.table, leaf, type, value);
         check({.name = "",
                .function = function,
-               .tree = "cfg:leaf=" + value,
+               .tree = value == "-" ? "cfg:leaf" : "cfg:leaf=" + value,
                .kinds = {kRead, kReadState, kEdit},
                .given = [type](Recorder& framework) { make_match(framework, type); },
                .calls = looked_up(type, side.l3) + line,

@@ -105,6 +105,20 @@ TEST(SubinterfaceEntryOfNewInterface, is_added_with_its_interface) {
   }
 }
 
+// An interface that the framework added without telling where: what is below it is still asked for.
+TEST(SubinterfaceEntryOfNewInterface, is_added_below_nothing_where_the_interface_is_not_told) {
+  Recorder framework(kReadState);
+  named("Bundle-Ether1.100")(framework);
+  framework.leave_slots_empty();
+  Tree tree("oper:interface");
+  EXPECT_EQ(kEntry(framework.ctx(), tree.root(), 0, framework.output()), 0u);
+  EXPECT_EQ(framework.calls(), lines(kAsked, search_interface("Bundle-Ether1"),
+                                     add("/interfaces/interface", "ocif", "-", "-", 1, 0, "yes"),
+                                     add("/interfaces/interface/name", "ocif", "Bundle-Ether1", "-", 0, 0)) +
+                                   add_subinterface("-"));
+  EXPECT_EQ(framework.state.list_slot.node, nullptr);
+}
+
 TEST(SubinterfaceEntryOfNewInterface, returns_the_failure_of_any_add) {
   const std::vector<std::string> calls{
       lines(kAsked, search_interface("Ethernet1"), add("/interfaces/interface", "ocif", "-", "-", 1, 0, "yes")),

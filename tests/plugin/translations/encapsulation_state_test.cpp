@@ -108,6 +108,9 @@ INSTANTIATE_TEST_SUITE_P(
         service("no_count", "tags-to-match { ethertype=dot1q vlan-range { vlan-id-low=1 } }", ""),
         service("no_ranges", tag("dot1q", "1", ""), ""),
         service("no_high_end", tag("dot1q", "1", " vlan-range { vlan-id-low=7 }"), leaf(kLow, "7") + leaf(kHigh, "-")),
+        service("no_low_end", tag("dot1q", "1", " vlan-range { vlan-id-high=7 }"), leaf(kLow, "-") + leaf(kHigh, "7")),
+        service("list_without_a_low_end", tag("dot1q", "2", " vlan-range { vlan-id-high=7 }" + range("8", "9")),
+                entry(kIds, "-") + entry(kIds, "8")),
         service("outer_type", tag("dot1ad", "1", range("1", "1")), ""),
         service("no_type", "tags-to-match { number-of-ranges=1 }", "")),
     case_name);
@@ -143,6 +146,14 @@ INSTANTIATE_TEST_SUITE_P(
                 leaf("double-tagged-outer-range/state/outer-low-vlan-id", "1") +
                     leaf("double-tagged-outer-range/state/outer-high-vlan-id", "5") +
                     leaf("double-tagged-outer-range/state/inner-vlan-id", "2")),
+        service("no_outer_range", two("1", "", "1", range("2", "2")),
+                leaf("double-tagged-outer-range/state/outer-low-vlan-id", "-") +
+                    leaf("double-tagged-outer-range/state/outer-high-vlan-id", "-") +
+                    leaf("double-tagged-outer-range/state/inner-vlan-id", "2")),
+        service("no_inner_range", two("1", range("1", "1"), "1", ""),
+                leaf("double-tagged-inner-range/state/outer-vlan-id", "1") +
+                    leaf("double-tagged-inner-range/state/inner-low-vlan-id", "-") +
+                    leaf("double-tagged-inner-range/state/inner-high-vlan-id", "-")),
         service("outer_range_over_inner_range", two("1", range("1", "5"), "1", range("2", "9")),
                 leaf("double-tagged-outer-range/state/outer-low-vlan-id", "1") +
                     leaf("double-tagged-outer-range/state/outer-high-vlan-id", "5") +

@@ -131,6 +131,27 @@ TEST_P(AnyTranslation, survives_children_that_are_announced_but_missing) {
   }
 }
 
+// What writes configuration asks, once and in an edit alone, and so do two of the four stubs, which write nothing.
+bool asks_for_a_delete(const std::string& function) {
+  if (function.starts_with("oc2_vex_")) return function.find("_state_") == std::string::npos;
+  return function == "map_oc_to_vex_l3_vlan" || function == "singletag_list_cfg_vlanid_stub" ||
+         function == "switched_vlan_cfg_stub_function";
+}
+
+TEST_P(AnyTranslation, asks_whether_its_node_is_deleted_where_it_writes) {
+  for (const uint32_t kind : {kRead, kEdit, kReadState}) {
+    for (const char* const tree : {"leaf=1", "leaf @delete"}) {
+      Recorder framework(kind);
+      Tree request(tree);
+      GetParam()(framework.ctx(), request.root(), 0, framework.output());
+      const std::string all = framework.all_calls();
+      const std::size_t first = all.find("is_request_delete node=leaf\n");
+      EXPECT_EQ(first != std::string::npos, kind == kEdit && asks_for_a_delete(GetParam().name())) << all;
+      EXPECT_EQ(first, all.rfind("is_request_delete ")) << all;
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Translations, AnyTranslation, testing::ValuesIn(all_functions()),
                          [](const testing::TestParamInfo<Function>& info) { return info.param.name(); });
 

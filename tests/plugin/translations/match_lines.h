@@ -24,12 +24,55 @@ inline void failing_flags(Recorder& framework) {
   framework.answer("imc_flags", 0xaaf20123);
 }
 
+inline void failing_flags_status(Recorder& framework) {
+  l2(framework);
+  framework.flags_status(4);
+}
+
+inline void failing_copy(Recorder& framework) {
+  l2(framework);
+  framework.answer("strncpy", 34);
+}
+
 // The calls by which a sub-interface is classified; those after `imc_find` only for a known one.
-inline const std::string kFind =
-    "strncpy caller=check_subintf_l2_or_l3 size=64 source=Ethernet0_0_1.100 count=64\nimc_find name=Ethernet0_0_1.100";
+inline const std::string kCopy = "strncpy caller=check_subintf_l2_or_l3 size=64 source=Ethernet0_0_1.100 count=64";
+inline const std::string kFind = kCopy + "\nimc_find name=Ethernet0_0_1.100";
 inline const std::string kClassify = kFind + "\nimc_flags handle=7";
 
 inline const std::string kRefusedEmptyList = lines(strdup("Edit request without VLAN IDs.", "YFW_MAP"), "error_path");
+
+// A translation tells between its start and its end how the sub-interface was classified.
+inline void expect_classification_told(const Function& function) {
+  for (const bool is_l2 : {true, false}) {
+    Recorder framework;
+    (is_l2 ? l2 : l3)(framework);
+    Tree tree("id=100");
+    function(framework.ctx(), tree.root(), 0, framework.output());
+    const std::string prefix = "TRC " + function.name() + ": ";
+    EXPECT_EQ(framework.trace(),
+              lines(prefix + "Start", prefix + " is subintf l2 " + (is_l2 ? "TRUE" : "FALSE"), prefix + "End"));
+  }
+}
+
+// A list container tells that it has no children to visit, before anything else that it tells.
+inline void expect_empty_list_told(const Function& function) {
+  const std::string prefix = ' ' + function.name() + ": ";
+  const std::string told = lines("TRC" + prefix + "Start", "TRC" + prefix + "No subtrees");
+  struct {
+    uint32_t kind;
+    const char* tree;
+    std::string error;
+  } const cases[] = {{kRead, "config { x }", ""},
+                     {kReadState, "config", ""},
+                     {kEdit, "config @delete", ""},
+                     {kEdit, "config", "ERR" + prefix + "Edit request with 0 VLAN IDs in request.\n"}};
+  for (const auto& c : cases) {
+    Recorder framework(c.kind);
+    Tree tree(c.tree);
+    function(framework.ctx(), tree.root(), 0, framework.output());
+    EXPECT_EQ(framework.trace(), told + c.error + lines("TRC" + prefix + "End")) << c.tree;
+  }
+}
 
 // A list container with `count` members of a tag, numbered from 1, and whatever else.
 inline std::string list_tree(const std::string& member, int count, const std::string& rest = "",

@@ -49,6 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
         write("four_characters", "1234.1", copied("1234.1", 4) + ids("vlan-type-dot1ad", "1234", "1")),
         write("no_inner_id", "100.", copied("100.", 3) + ids("vlan-type-dot1ad", "100", "-")),
         write("no_outer_id", ".5", copied(".5", 0) + ids("vlan-type-dot1ad", "''", "5")),
+        write("only_a_dot", ".", copied(".", 0) + ids("vlan-type-dot1ad", "''", "-")),
         write("long_without_a_dot", "1234567", ids("vlan-type-dot1q", "1234567", "-")),
         write("empty", "''", ids("vlan-type-dot1q", "''", "-")), refused("five_characters", "12345.1"),
         refused("many_characters", "1234567890.1"),
@@ -77,6 +78,17 @@ INSTANTIATE_TEST_SUITE_P(
              .failures = "rrr"}),
     case_name);
 
+// The framework's copy need not have an end.
+TEST(RoutedVlanCopy, of_the_outer_id_is_ended_here) {
+  for (const auto& [value, outer] : {std::pair{"7.200", "7"}, std::pair{"1234.200", "1234"}, std::pair{".200", "''"}}) {
+    Recorder framework;
+    framework.leave_copies_open();
+    Tree tree(std::string("vlan-id=") + value);
+    EXPECT_EQ(map_oc_to_vex_l3_vlan(framework.ctx(), tree.root(), framework.output()), 0u);
+    EXPECT_NE(framework.calls().find(ids("vlan-type-dot1ad", outer, "200")), std::string::npos) << framework.calls();
+  }
+}
+
 TEST(RoutedVlanResult, is_the_first_failure) {
   for (const int first : {1, 2, 3}) {
     Recorder framework;
@@ -93,7 +105,8 @@ struct Operations {
   uint32_t kind;
   std::string seen;  // of the three additions
   uint32_t after;
-  bool marked;  // bit 0x10 of node_flags
+  bool marked;          // bit 0x10 of node_flags
+  cerrno third_result;  // of the addition for the second tag
 };
 
 class RoutedVlanOperation : public testing::TestWithParam<Operations> {};
@@ -104,21 +117,27 @@ TEST_P(RoutedVlanOperation, is_remove_for_the_second_tag_alone_and_is_put_back) 
   Tree tree(c.tree);
   std::string seen;
   framework.on_add([&seen](const yfw_datatree* source) { seen += std::to_string(source->operation); });
-  EXPECT_EQ(map_oc_to_vex_l3_vlan(framework.ctx(), tree.root(), framework.output()), 0u);
+  framework.answer("add_path", c.third_result, 3);
+  EXPECT_EQ(map_oc_to_vex_l3_vlan(framework.ctx(), tree.root(), framework.output()), c.third_result);
   EXPECT_EQ(seen, c.seen);
   EXPECT_EQ(tree.root()->operation, c.after);
   EXPECT_EQ((tree.root()->node_flags & 0x10) != 0, c.marked);
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, RoutedVlanOperation,
-                         testing::Values(Operations{"merge_one_id", "vlan-id=1", kEdit, "004", 0, true},
-                                         Operations{"create_one_id", "vlan-id=1 @create", kEdit, "224", 2, true},
-                                         Operations{"merge_two_ids", "vlan-id=1.2", kEdit, "000", 0, false},
-                                         Operations{"delete_it", "vlan-id @delete", kEdit, "334", 3, true},
-                                         Operations{"remove_it", "vlan-id @remove", kEdit, "444", 4, false},
-                                         Operations{"read_it", "vlan-id", kRead, "000", 0, false},
-                                         Operations{"read_a_deleted", "vlan-id @delete", kReadState, "334", 3, true}),
-                         [](const testing::TestParamInfo<Operations>& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Table, RoutedVlanOperation,
+    testing::Values(Operations{"merge_one_id", "vlan-id=1", kEdit, "004", 0, true, 0},
+                    Operations{"create_one_id", "vlan-id=1 @create", kEdit, "224", 2, true, 0},
+                    Operations{"merge_two_ids", "vlan-id=1.2", kEdit, "000", 0, false, 0},
+                    Operations{"delete_it", "vlan-id @delete", kEdit, "334", 3, true, 0},
+                    Operations{"remove_it", "vlan-id @remove", kEdit, "444", 4, false, 0},
+                    Operations{"read_it", "vlan-id", kRead, "000", 0, false, 0},
+                    Operations{"read_a_deleted", "vlan-id @delete", kReadState, "334", 3, true, 0},
+                    Operations{"merge_one_id_failing", "vlan-id=1", kEdit, "004", 0, true, 17},
+                    Operations{"create_no_inner_id_failing", "vlan-id=1. @create", kEdit, "224", 2, true, 17},
+                    Operations{"delete_it_failing", "vlan-id @delete", kEdit, "334", 3, true, 17},
+                    Operations{"read_a_deleted_failing", "vlan-id @delete", kRead, "334", 3, true, 17}),
+    [](const testing::TestParamInfo<Operations>& info) { return info.param.name; });
 
 const std::string kConfig = "/interfaces/interface/subinterfaces/subinterface/vlan/config/vlan-id";
 const std::string kState = "/interfaces/interface/subinterfaces/subinterface/vlan/state/vlan-id";
@@ -135,6 +154,14 @@ Case read_back(const std::string& name, const std::string& leaves, const std::st
           .kinds = {kRead, kEdit},
           .calls = value.empty() ? lines(kSubtrees) : lines(kSubtrees, told(kConfig, value)),
           .failures = value.empty() ? "" : "r"};
+}
+
+// Flags that select content, and the mode that gives them a meaning, or another one.
+std::function<void(Recorder&)> gate(uint32_t scope_mode) {
+  return [scope_mode](Recorder& framework) {
+    framework.request.read_filter_flags_1 = 1;
+    framework.request.scope_mode = scope_mode;
+  };
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -189,13 +216,23 @@ INSTANTIATE_TEST_SUITE_P(
         Case{.name = "gate_closed",
              .function = kToOpenConfig,
              .tree = "cfg:vlan-identifier { vlan-type=vlan-type-dot1q first-tag=1 }",
-             .kinds = {kRead},
-             .given =
-                 [](Recorder& framework) {
-                   framework.request.read_filter_flags_1 = 1;
-                   framework.request.scope_mode = 2;
-                 },
-             .calls = lines(kSubtrees)}),
+             .kinds = {kRead, kEdit},
+             .given = gate(2),
+             .calls = lines(kSubtrees)},
+        Case{.name = "gate_closed_for_configuration_alone",
+             .function = kToOpenConfig,
+             .tree = "cfg:vlan-identifier { vlan-type=vlan-type-dot1q first-tag=1 }",
+             .kinds = {kReadState},
+             .given = gate(2),
+             .calls = lines(kSubtrees, told(kState, "1")),
+             .failures = "r"},
+        Case{.name = "gate_open_in_another_mode",
+             .function = kToOpenConfig,
+             .tree = "cfg:vlan-identifier { vlan-type=vlan-type-dot1q first-tag=1 }",
+             .kinds = {kReadState},
+             .given = gate(1),
+             .calls = lines(kSubtrees, told(kConfig, "1"), told(kState, "1")),
+             .failures = "rr"}),
     case_name);
 
 TEST(RoutedVlanResult, is_that_of_the_configuration_where_both_fail) {

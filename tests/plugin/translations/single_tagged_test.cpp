@@ -100,7 +100,21 @@ INSTANTIATE_TEST_SUITE_P(
                          .kinds = {kRead, kEdit, kReadState},
                          .given = failing_flags,
                          .calls = lines(kClassify),
-                         .result = 0xaaf20123}),
+                         .result = 0xaaf20123},
+                    Case{.name = "failed_copy_of_the_name",
+                         .function = kId,
+                         .tree = "vlan-id=100",
+                         .kinds = {kRead, kEdit, kReadState},
+                         .given = failing_copy,
+                         .calls = lines(kCopy),
+                         .result = 34},
+                    Case{.name = "flags_without_an_item_count_as_l3",
+                         .function = kId,
+                         .tree = "vlan-id=100",
+                         .given = failing_flags_status,
+                         .calls = lines(kClassify, identifier("first-tag", "100", "vlan-id"),
+                                        identifier("vlan-type", "vlan-type-dot1q", "vlan-id")),
+                         .failures = ".r"}),
     case_name);
 
 INSTANTIATE_TEST_SUITE_P(Range, SingleTagged,
@@ -248,29 +262,12 @@ INSTANTIATE_TEST_SUITE_P(List, SingleTagged,
                                               .tree = "vlan-ids=1 @delete"}),
                          case_name);
 
-// The two messages of the classification are traced by the translation and by the check, each under its own name.
 TEST(SingleTaggedTrace, tells_how_the_sub_interface_was_classified) {
-  for (const bool is_l2 : {true, false}) {
-    Recorder framework;
-    (is_l2 ? l2 : l3)(framework);
-    Tree tree("vlan-id=100");
-    oc2_vex_singletag_cfg_vlanid(framework.ctx(), tree.root(), framework.output());
-    EXPECT_EQ(framework.trace(),
-              lines("TRC oc2_vex_singletag_cfg_vlanid: Start",
-                    std::string("TRC oc2_vex_singletag_cfg_vlanid:  is subintf l2 ") + (is_l2 ? "TRUE" : "FALSE"),
-                    "TRC oc2_vex_singletag_cfg_vlanid: End"));
-  }
+  expect_classification_told(kId);
 }
 
 TEST(SingleTaggedTrace, tells_of_a_list_without_children) {
-  for (const uint32_t kind : {kRead, kEdit}) {
-    Recorder framework(kind);
-    Tree tree(kind == kEdit ? "config @delete" : "config");
-    oc2_vex_singletag_list_cfg(framework.ctx(), tree.root(), 0, framework.output());
-    EXPECT_EQ(framework.trace(),
-              lines("TRC oc2_vex_singletag_list_cfg: Start", "TRC oc2_vex_singletag_list_cfg: No subtrees",
-                    "TRC oc2_vex_singletag_list_cfg: End"));
-  }
+  expect_empty_list_told(kList);
 }
 
 // The error line comes before the text is stored, the text before the error path, and "End" last.
@@ -280,13 +277,8 @@ TEST(SingleTaggedTrace, refuses_in_order) {
   framework.trace_buffer(false);
   Tree tree(list_tree("vlan-ids", 10));
   oc2_vex_singletag_list_cfg(framework.ctx(), tree.root(), 10, framework.output());
-  const std::string all = framework.all_calls();
-  const auto at = [&all](const std::string& text) { return all.find(text); };
-  ASSERT_NE(at("more than max."), std::string::npos) << all;
-  EXPECT_LT(at("more than max."), at("free text='an older text'")) << all;
-  EXPECT_LT(at("free text='an older text'"), at("strdup text='Number of VLAN IDs")) << all;
-  EXPECT_LT(at("strdup text='Number of VLAN IDs"), at("error_path")) << all;
-  EXPECT_LT(at("error_path"), at(",End")) << all;
+  expect_in_order(framework.all_calls(), {"more than max.", "free text='an older text'",
+                                          "strdup text='Number of VLAN IDs", "error_path", ",End"});
 }
 
 TEST(SingleTaggedTables, name_the_nine_leaves_of_an_outer_list) {
@@ -299,16 +291,6 @@ TEST(SingleTaggedTables, name_the_nine_leaves_of_an_outer_list) {
             prefix + "additional-range3-low", prefix + "additional-range4-low", prefix + "additional-range5-low",
             prefix + "additional-range6-low", prefix + "additional-range7-low", prefix + "additional-range8-low"));
   EXPECT_EQ(vlan_id_outer_list_native_path[9], nullptr);
-}
-
-// Only an edit asks whether a stub's leaf is deleted.
-TEST(SingleTaggedStub, asks_whether_its_leaf_is_deleted) {
-  for (const uint32_t kind : {kRead, kEdit, kReadState}) {
-    Recorder framework(kind);
-    Tree tree("vlan-ids=1");
-    singletag_list_cfg_vlanid_stub(framework.ctx(), tree.root(), framework.output());
-    EXPECT_EQ(framework.all_calls().find("is_request_delete node=vlan-ids") != std::string::npos, kind == kEdit);
-  }
 }
 
 }  // namespace

@@ -38,6 +38,18 @@ TEST(TrunkModeInRequest, is_set_by_any_interface_mode_leaf) {
   EXPECT_EQ(check_interface_mode_set_in_subtree(nullptr), 0);
 }
 
+TEST(TrunkModeInRequest, is_looked_for_in_every_child) {
+  const Recorder framework;
+  Tree tree("config { interface-mode=TRUNK native-vlan=5 interface-mode=ACCESS x @notag interface-mode=TRUNK }");
+  EXPECT_EQ(check_interface_mode_set_in_subtree(tree.root()), 1);
+  const auto compared = [](const std::string& left, const std::string& right) {
+    return lines("do_these_match left=" + left + " right=" + right);
+  };
+  const std::string mode = compared("interface-mode", "interface-mode");
+  EXPECT_EQ(framework.all_calls(), mode + compared("TRUNK", "TRUNK") + compared("native-vlan", "interface-mode") +
+                                       mode + compared("ACCESS", "TRUNK") + mode + compared("TRUNK", "TRUNK"));
+}
+
 struct Item {
   std::string label;
   std::function<void(Recorder&)> given;

@@ -29,9 +29,25 @@ std::string written_native(const std::string& id) {
 
 const std::string kNoLeaves = "Edit request for switched-vlan without leaves";
 
+// Children are counted, but there are none: that is not a container without leaves.
+Case no_leaf_to_visit(const std::string& name, const std::string& tree, const std::vector<uint32_t>& kinds) {
+  return {.name = name, .function = kConfig, .tree = tree, .kinds = kinds, .count = 1};
+}
+
 INSTANTIATE_TEST_SUITE_P(
     WithoutLeaves, SwitchedVlan,
-    testing::Values(Case{.name = "read",
+    testing::Values(no_leaf_to_visit("read_of_none", "config=own { }", kReads),
+                    no_leaf_to_visit("delete_of_none", "config @delete { }", kEdits),
+                    no_leaf_to_visit("write_of_none", "config { }", kEdits),
+                    Case{.name = "write_not_visiting_leaves",
+                         .function = kConfig,
+                         .tree = "config { interface-mode=TRUNK native-vlan=5 trunk-vlans=7 }",
+                         .calls = lines(strdup(kNoLeaves, "YFW_MAP")),
+                         .result = CERR_INVALID_VALUE,
+                         .errors = lines("ERR " + kNoLeaves),
+                         .error_message = kNoLeaves,
+                         .count = 0},
+                    Case{.name = "read",
                          .function = kConfig,
                          .tree = "config=own",
                          .kinds = kReads,
@@ -179,6 +195,17 @@ INSTANTIATE_TEST_SUITE_P(
              .given = trunk_port,
              .calls = lines(kItem, kUnpack) + written_native("5"),
              .failures = ".s"},
+        Case{.name = "native_without_value",
+             .function = kConfig,
+             .tree = "config { interface-mode=TRUNK native-vlan }",
+             .calls = written_native("-"),
+             .failures = ".s"},
+        Case{.name = "two_natives_on_a_trunk_port",
+             .function = kConfig,
+             .tree = "config { native-vlan=5 native-vlan=6 }",
+             .given = trunk_port,
+             .calls = lines(kItem, kUnpack) + written_native("5") + lines(kItem, kUnpack) + written_native("6"),
+             .failures = ".s.s"},
         Case{.name = "native_and_access_mode_on_a_trunk_port",
              .function = kConfig,
              .tree = "config { interface-mode=ACCESS native-vlan=5 }",
@@ -301,65 +328,19 @@ TEST(SwitchedVlanTrunk, holds_as_many_of_all_ids_as_fit) {
   EXPECT_EQ(written_text(entries), expected);
 }
 
-const Function kMode = FUNCTION(oc2_vex_switched_vlan_cfg_interfacemode);
-const std::string kTypes = "http://openconfig.net/yang/vlan-types";
-const std::string kValidated = "validate_data_ns node=interface-mode ns=types zero=0";
-const std::string kBadMode = "Invalid value for switched-vlan/interface-mode provided";
-const std::string kForeignMode = "namespace " + kTypes + " is missing for switched-vlan/interface-mode";
-
-Case mode(const std::string& name, const std::string& value, const std::string& native) {
-  return {.name = name,
-          .function = kMode,
-          .tree = "interface-mode=" + value + " @vns=types",
-          .calls = lines(kValidated, trunk("vlan-switched/mode", native, "interface-mode")),
-          .failures = "r"};
-}
-
-Case bad_mode(const std::string& name, const std::string& tree, const std::string& asked) {
-  return {.name = name,
-          .function = kMode,
-          .tree = tree,
-          .calls = asked + lines(strdup("interface-mode", "switched-vlan/interface-mode"), strdup(kBadMode, "YFW_MAP"),
-                                 "error_path", trunk("vlan-switched/mode", "-", "interface-mode")),
-          .failures = "r",
-          .error_tag = "interface-mode",
-          .error_message = kBadMode};
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    InterfaceMode, SwitchedVlan,
-    testing::Values(mode("access", "ACCESS", "access"), mode("trunk", "TRUNK", "trunk"),
-                    bad_mode("hybrid", "interface-mode=HYBRID @vns=types", lines(kValidated)),
-                    bad_mode("missing", "interface-mode", ""), bad_mode("empty", "interface-mode=''", ""),
-                    Case{.name = "foreign",
-                         .function = kMode,
-                         .tree = "interface-mode=TRUNK @vns=oc",
-                         .calls = lines(kValidated, strdup(kForeignMode, "YFW MAP"), "error_path"),
-                         .result = CERR_INVALID_VALUE,
-                         .errors = lines("ERR  switched-vlan/interface-mode validation failed!"),
-                         .error_message = kForeignMode},
-                    Case{.name = "read",
-                         .function = kMode,
-                         .tree = "interface-mode=TRUNK",
-                         .kinds = kReads,
-                         .calls = lines(trunk("vlan-switched/mode", "TRUNK", "-"), trunk(kTagType, "TRUNK", "-")),
-                         .failures = ".r"},
-                    Case{.name = "delete_takes_the_switched_container",
-                         .function = kMode,
-                         .tree = "interface-mode=TRUNK @delete",
-                         .calls = lines(trunk("vlan-switched/", "-", "interface-mode")),
-                         .failures = "r"}),
-    case_name);
-
-TEST(SwitchedVlanErrors, replace_older_texts) {
-  Recorder framework;
-  framework.own(framework.state.error_tag, "older-tag");
-  framework.own(framework.state.error_message, "older-message");
-  Tree tree("interface-mode=HYBRID @vns=types");
-  oc2_vex_switched_vlan_cfg_interfacemode(framework.ctx(), tree.root(), framework.output());
-  const std::string calls = framework.calls();
-  EXPECT_NE(calls.find("free text=older-tag\nstrdup text=interface-mode"), std::string::npos) << calls;
-  EXPECT_NE(calls.find("free text=older-message\nstrdup text='Invalid value"), std::string::npos) << calls;
+// The error line comes before the older text is released, and "End" behind the new one.
+TEST(SwitchedVlanErrors, of_a_refused_container_are_told_in_order) {
+  const std::vector<std::pair<std::string, std::string>> refusals{{"config", kNoLeaves},
+                                                                  {"config { native-vlan=5 }", kNotTrunk}};
+  for (const auto& [notation, told] : refusals) {
+    Recorder framework;
+    framework.own(framework.state.error_message, "older-message");
+    framework.trace_buffer(false);
+    Tree tree(notation);
+    EXPECT_EQ(kConfig(framework.ctx(), tree.root(), tree.root()->subtree_count, framework.output()),
+              CERR_INVALID_VALUE);
+    expect_in_order(framework.all_calls(), {"," + told, "free text=older-message", "strdup text='" + told, ",End"});
+  }
 }
 
 const Function kAccess = FUNCTION(oc2_vex_switched_vlan_cfg_accessvlan);

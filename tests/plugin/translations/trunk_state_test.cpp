@@ -138,6 +138,16 @@ TEST_P(TrunkState, takes_a_missing_end_from_the_range_before) {
          trunk + place.entry("5..6"), "..r");
 }
 
+TEST_P(TrunkState, takes_an_end_without_text_for_a_missing_one) {
+  const Place& place = GetParam();
+  const std::string trunk = place.parent() + place.mode("TRUNK");
+  expect(trunk_port("ethertype=dot1q" + range("1", "2") + " vlan-range { vlan-id-low=5 vlan-id-high }"),
+         trunk + place.entry("1..2") + place.entry("5..2"), "...r");
+  expect(trunk_port("ethertype=dot1q" + range("1", "2") + " vlan-range { vlan-id-low vlan-id-high=9 }"),
+         trunk + place.entry("1..2") + place.entry("1..9"), "...r");
+  expect(trunk_port("ethertype=dot1q vlan-range { vlan-id-low vlan-id-high=9 }"), trunk, ".r");
+}
+
 TEST_P(TrunkState, takes_the_first_tag_and_its_first_type) {
   const Place& place = GetParam();
   const std::string trunk = place.parent() + place.mode("TRUNK");
