@@ -9,6 +9,8 @@
 #include <set>
 #include <sstream>
 
+#include "yfw/yfw_map.h"
+
 namespace {
 
 struct Output {
@@ -166,6 +168,56 @@ INSTANTIATE_TEST_SUITE_P(Library, PublicHeader,
                                name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
                            return name;
                          });
+
+constexpr char kCompileInterface[] =
+    OC_VLAN_C_COMPILER " -std=c11 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I " OC_VLAN_SOURCE_DIR "/include";
+
+// The type of an export that is one of many of its kind, by its name.
+std::string type_of_export(const std::string& name) {
+  if (name.find("_cont_") != std::string::npos || name.ends_with("_duck_map_container")) return "container_handler";
+  return name.find("oper_list_") != std::string::npos ? "entry_handler" : "walker";
+}
+
+TEST(PublicHeaders, keep_every_record_and_every_type) {
+  const std::string interface = file_text(OC_VLAN_SOURCE_DIR "/tests/plugin/binary/interface.c");
+  std::istringstream exports(file_text(OC_VLAN_SOURCE_DIR "/tests/plugin/exports.txt"));
+  std::string source = interface;
+  std::string binding;
+  int added = 0;
+  for (std::string name; exports >> binding >> name;) {
+    if (interface.find("HAS(" + name + ",") != std::string::npos) continue;
+    source += "HAS(" + name + ", " + type_of_export(name) + ");\n";
+    ++added;
+  }
+  EXPECT_GT(added, 0);
+  for (const std::string& service : words(kServices)) {
+    EXPECT_NE(interface.find("HAS(" + service + ","), std::string::npos) << service;
+  }
+  const std::string file = OC_VLAN_BINARY_DIR "/tests/interface.c";
+  std::ofstream(file) << source;
+  const Output output = run(kCompileInterface + (" " + file));
+  EXPECT_EQ(output.status, 0) << output.text;
+}
+
+TEST(PublicHeaders, export_the_services_of_a_framework_that_hides_its_names) {
+  const std::string library = OC_VLAN_BINARY_DIR "/tests/libhidden_services.so";
+  const Output built = run(OC_VLAN_CXX_COMPILER " -std=c++20 -fvisibility=hidden -shared -fPIC -I " OC_VLAN_SOURCE_DIR
+                                                "/include " OC_VLAN_SOURCE_DIR "/tests/plugin/binary/services.cpp -o " +
+                           library);
+  ASSERT_EQ(built.status, 0) << built.text;
+  const Output exports = run("nm -D --defined-only --format=posix " + library + " | awk '{print $1}'");
+  EXPECT_EQ(words(exports.text), words(kServices));
+}
+
+TEST(PublicHeaders, name_the_namespaces_of_the_models) {
+  EXPECT_STREQ(YFW_OPENCONFIG_VLAN_NS, "http://openconfig.net/yang/vlan");
+  EXPECT_STREQ(YFW_OPENCONFIG_VLAN_TYPES_NS, "http://openconfig.net/yang/vlan-types");
+  EXPECT_STREQ(YFW_OPENCONFIG_INTERFACES_NS, "http://openconfig.net/yang/interfaces");
+  EXPECT_STREQ(YFW_OPENCONFIG_IF_ETHERNET_NS, "http://openconfig.net/yang/interfaces/ethernet");
+  EXPECT_STREQ(YFW_OPENCONFIG_IF_AGGREGATE_NS, "http://openconfig.net/yang/interfaces/aggregate");
+  EXPECT_STREQ(YFW_VEXNET_OS_L2_ETH_INFRA_CFG_NS, "http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-cfg");
+  EXPECT_STREQ(YFW_VEXNET_OS_L2_ETH_INFRA_OPER_NS, "http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-oper");
+}
 
 TEST(PublicHeaders, declare_every_export) {
   const std::set<std::string> handlers = words(file_text(OC_VLAN_SOURCE_DIR "/include/oc_vlan/handlers.h"));
