@@ -43,7 +43,17 @@ void refuse_unbound_identities(const EditDocument& document) {
   }
 }
 
-// Lists and ranges are always written as L2 encapsulation, also where the sub-interface is none.
+// What an edit writes below a native entry of one layer that only means something to the other: lists and ranges are
+// always written as L2 encapsulation, a bound routed VLAN always as the identifier of an L3 sub-interface.
+void warn_of_container(const lyd_node* entry, bool foreign, const char* outer, const char* inner, const char* message,
+                       std::vector<Warning>& warnings) {
+  const lyd_node* const parent = foreign ? child_named(entry, outer) : nullptr;
+  const lyd_node* const container = parent == nullptr ? nullptr : child_named(parent, inner);
+  if (container == nullptr || lyd_child(container) == nullptr) return;
+  if (removes(operation_of(container, Operation::merge))) return;
+  warnings.push_back({path_of(container), message});
+}
+
 void warn_of_layer(const Surroundings& around, const Session& session, const Data& native,
                    std::vector<Warning>& warnings) {
   for (const std::string& name : session.taken_as_l3()) {
@@ -56,11 +66,10 @@ void warn_of_layer(const Surroundings& around, const Session& session, const Dat
     const std::string_view name = entry_name(entry);
     const lyd_node* const known = around.running == nullptr ? nullptr : around.running->entry(name);
     const bool l2 = known != nullptr ? is_l2(known) : is_l2(entry) || around.layer == Layer::l2;
-    const lyd_node* const service = child_named(entry, "ethernet-service");
-    const lyd_node* const encapsulation = service == nullptr ? nullptr : child_named(service, "encapsulation");
-    if (l2 || encapsulation == nullptr || lyd_child(encapsulation) == nullptr) continue;
-    if (removes(operation_of(encapsulation, Operation::merge))) continue;
-    warnings.push_back({path_of(encapsulation), "written although the sub-interface is not L2"});
+    warn_of_container(entry, !l2, "ethernet-service", "encapsulation", "written although the sub-interface is not L2",
+                      warnings);
+    warn_of_container(entry, l2, "vlan-sub-configuration", "vlan-identifier",
+                      "written although the sub-interface is L2", warnings);
   }
 }
 

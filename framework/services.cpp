@@ -76,6 +76,7 @@ cerrno yfw_map_datatree_add_path_flagged(yfw_map_ctx*, yfw_datatree* tree, const
   const cerrno result = session->output().add(tree, path, ns, value, source, slot, list_flag != 0, new_key);
   traced("add {} value={} source={} list={} flags={} -> {:#x}", shown(path), shown(value), shown_tag(source), list_flag,
          flags, result);
+  if (path == nullptr) session->no_place_for(source, value);
   if (session->output().take_left_out()) {
     session->note(fmt::format("left out, no entry of its list is current: {}", shown(path)));
   }

@@ -151,11 +151,21 @@ void Session::forget_texts() {
   state_.error_message = nullptr;
 }
 
+void Session::no_place_for(const yfw_datatree* source, const char* value) {
+  if (source == nullptr || source->tag == nullptr || value == nullptr || !unplaced_element_.empty()) return;
+  unplaced_element_ = source->tag;
+  unplaced_value_ = value;
+  for (uint32_t i = 0; i < source->subtree_count; ++i) {
+    const yfw_datatree& child = source->subtrees[i];
+    if (child.tag != nullptr && child.value != nullptr && unplaced_value_ == child.value) unplaced_element_ = child.tag;
+  }
+}
+
 RpcError Session::refusal(cerrno result) const {
   RpcError error;
   error.path = failed() ? *failed_path_ : path_of_entered(last_depth_);
-  if (state_.error_tag != nullptr) {
-    error.bad_element = state_.error_tag;
+  error.bad_element = state_.error_tag != nullptr ? state_.error_tag : unplaced_element_;
+  if (!error.bad_element.empty()) {
     // Leaves do not enter the hierarchy; the element at fault is named below the last node that did.
     const std::size_t depth = failed() ? failed_depth_ : last_depth_;
     if (depth > 0 && has_child(trail_[depth - 1], error.bad_element)) error.path += "/" + error.bad_element;
@@ -180,6 +190,12 @@ RpcError Session::refusal(cerrno result) const {
       error.message = "the value is refused";
       break;
     default:
+      if (!unplaced_element_.empty()) {
+        error.tag = "invalid-value";
+        error.message = fmt::format("'{}' has more values than there is native room for: none is left for {}",
+                                    unplaced_element_, unplaced_value_);
+        break;
+      }
       error.tag = "operation-failed";
       error.message = cerr_strerror(result);
       break;

@@ -65,6 +65,9 @@ class Session {
   void fail_here();
   bool failed() const { return failed_path_.has_value(); }
 
+  // A mapping function had no native path left for a value of `source` or of its children.
+  void no_place_for(const yfw_datatree* source, const char* value);
+
   // The refusal that a walk with this result ends in.
   RpcError refusal(cerrno result) const;
 
@@ -125,6 +128,8 @@ class Session {
   std::size_t last_depth_ = 0;
   std::optional<std::string> failed_path_;
   std::size_t failed_depth_ = 0;
+  std::string unplaced_element_;
+  std::string unplaced_value_;
   struct NativeList {
     std::string path;
     const yfw_datatree* entry;

@@ -110,6 +110,13 @@ TEST_F(Commands, TheRoutedVlanIdCanBeBound) {
                               {.input = vlan("<config><vlan-id>100</vlan-id></config>")});
   EXPECT_EQ(outcome.exit_code, 0) << outcome;
   EXPECT_TRUE(has(outcome.out, "<first-tag>100</first-tag>")) << outcome;
+  EXPECT_EQ(outcome.err, "");
+  const Outcome l2 = run({"translate", "-", "--l2", "--bind", "subinterface-vlan-id"},
+                         {.input = vlan("<config><vlan-id>100</vlan-id></config>")});
+  EXPECT_TRUE(has(l2.err,
+                  "/Vexnet-OS-l2-eth-infra-cfg:vlan-sub-configuration/vlan-identifier: written although the "
+                  "sub-interface is L2"))
+      << l2;
 }
 
 TEST_F(Commands, DefaultOperationNoneChangesNothing) {

@@ -208,13 +208,9 @@ void check_limits(const Region& region, const Config& after, const Config& writt
     const std::string path = region.path + "/" + leaf;
     if (!written.contains(path)) continue;
     const bool list = leaf.ends_with("vlan-ids");
-    if (list && values.size() > kListIds) {
-      // One too many passes the limit where the other tag's id is missing, and is refused later.
-      faults.push_back({"invalid-value", path});
-      faults.push_back({"operation-failed", path});
-    }
-    if (leaf == "trunk-vlans" && trunk_text(values).size() > kLongestTrunkText)
-      faults.push_back({"invalid-value", path});
+    const bool too_many = list && values.size() > kListIds;
+    const bool too_long = leaf == "trunk-vlans" && trunk_text(values).size() > kLongestTrunkText;
+    if (too_many || too_long) faults.push_back({"invalid-value", path});
   }
 }
 
