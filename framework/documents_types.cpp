@@ -35,7 +35,8 @@ std::string parts_of(const lysc_range* range, LY_DATA_TYPE type) {
     const bool plain = is_unsigned(type);
     const std::string low = plain ? fmt::to_string(part.min_u64) : fmt::to_string(part.min_64);
     const std::string high = plain ? fmt::to_string(part.max_u64) : fmt::to_string(part.max_64);
-    parts.push_back(low == high ? low : fmt::format("{}..{}", low, high));
+    const bool open = plain && part.max_u64 == std::numeric_limits<std::uint64_t>::max();
+    parts.push_back(open ? low + " or more" : low == high ? low : fmt::format("{}..{}", low, high));
   }
   return joined(parts, ", ");
 }

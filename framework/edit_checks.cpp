@@ -50,6 +50,20 @@ struct ClaimCheck {
     return next;
   }
 
+  // What has a dot in its name is a sub-interface natively, and would be taken for it.
+  static void check_name(const lyd_node* node) {
+    if (node->schema == nullptr || !named(node->schema, "name") || !lysc_is_key(node->schema)) return;
+    const std::string_view given = lyd_get_value(node);
+    if (!given.empty() && given.find('.') == std::string_view::npos) return;
+    throw Refused({.tag = "invalid-value",
+                   .path = path_of(node),
+                   .message = given.empty() ? "'name' of an interface is empty"
+                                            : fmt::format("'name' of an interface is \"{}\", with a dot: a "
+                                                          "sub-interface is asked for by its 'index'",
+                                                          given),
+                   .bad_element = "name"});
+  }
+
   // A leaf that repeats what the entry says already must say the same.
   void check_answered(const lyd_node* node, Operation operation) const {
     const lysc_node* const schema = node->schema;
@@ -85,6 +99,7 @@ struct ClaimCheck {
       if (ignore_unmapped) return drop(node);
       refusal_ahead = true;
     }
+    check_name(node);
     check_answered(node, operation);
     lyd_node* child = first_child(node);
     while (child != nullptr) {

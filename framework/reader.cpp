@@ -47,6 +47,10 @@ class EntryWalk {
       : session_(session), entry_(entry), wanted_(wanted), warnings_(warnings) {}
 
   void run() {
+    if (!is_interface_name(entry_name(entry_))) {
+      warnings_.push_back({path_of(entry_), "left out: the name is none of an interface or sub-interface"});
+      return;
+    }
     const InterfaceName name = split_interface_name(entry_name(entry_));
     session_.enter_interface(name.name, name.index);
     yfw_datatree* const whole = lookups_.data(entry_);

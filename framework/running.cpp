@@ -28,6 +28,10 @@ InterfaceName split_interface_name(std::string_view native) {
   return {native.substr(0, dot), native.substr(dot + 1)};
 }
 
+bool is_interface_name(std::string_view native) {
+  return !native.empty() && native.front() != '.' && native.find('.') != native.size() - 1;
+}
+
 std::string join_interface_name(std::string_view name, std::string_view index) {
   std::string joined(name);
   if (!index.empty()) joined.append(1, '.').append(index);

@@ -23,6 +23,9 @@ struct InterfaceName {
 
 InterfaceName split_interface_name(std::string_view native);
 
+// False for a native name without a NAME, or with a dot and no INDEX: OpenConfig has no place for such an entry.
+bool is_interface_name(std::string_view native);
+
 // NAME, or NAME.INDEX.
 std::string join_interface_name(std::string_view name, std::string_view index);
 

@@ -316,6 +316,17 @@ INSTANTIATE_TEST_SUITE_P(
          {"1081"},
          plain_running(),
          {"--no-verify"}},
+        {"InterfaceWithADot",
+         "<interfaces xmlns=\"http://openconfig.net/yang/interfaces\"><interface><name>Ethernet0/0/1.100</name>"
+         "<config><description>x</description></config></interface></interfaces>",
+         "invalid-value",
+         "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1.100']/name",
+         {"'name' of an interface is \"Ethernet0/0/1.100\", with a dot: a sub-interface is asked for by its 'index'"}},
+        {"InterfaceWithoutAName",
+         "<interfaces xmlns=\"http://openconfig.net/yang/interfaces\"><interface><name/></interface></interfaces>",
+         "invalid-value",
+         "/openconfig-interfaces:interfaces/interface[name='']/name",
+         {"'name' of an interface is empty"}},
         {"RoutedVlan",
          interface(
              "<routed-vlan xmlns=\"http://openconfig.net/yang/vlan\"><config><vlan>10</vlan></config></routed-vlan>"),
