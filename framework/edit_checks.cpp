@@ -27,7 +27,7 @@ struct ClaimCheck {
   const Surroundings& around;
   MappedLeaves& leaves;
   EditDocument& document;
-  bool ignore_unmapped;
+  bool ignore_unmapped = false;
   bool refusal_ahead = false;
 
   void drop(lyd_node* node) const {
