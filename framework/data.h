@@ -14,6 +14,10 @@ enum class Format : std::uint8_t { xml, json };
 // Operations of RFC 6241 section 7.2, and `none` for a default-operation that changes nothing by itself.
 enum class Operation : std::uint8_t { merge, replace, create, delete_, remove, none };
 
+constexpr bool removes(Operation operation) {
+  return operation == Operation::delete_ || operation == Operation::remove;
+}
+
 // A text to be read, as it came. `name` is what messages call it, e.g. a file name.
 struct Document {
   std::string_view text = {};

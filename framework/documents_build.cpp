@@ -15,10 +15,6 @@ namespace {
 
 constexpr char kXmlNs[] = "http://www.w3.org/XML/1998/namespace";
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
 // Twice the same node with nothing but merges in between is one node.
 bool is_plain(Operation effective) {
   return effective == Operation::merge || effective == Operation::none;

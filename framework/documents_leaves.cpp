@@ -10,10 +10,6 @@ namespace yfw {
 
 namespace {
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
 bool is_given(const Element& element) {
   return (element.kind == Kind::text && !element.is_blank()) || element.kind == Kind::number ||
          element.kind == Kind::boolean;

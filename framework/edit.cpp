@@ -14,10 +14,6 @@ namespace yfw {
 
 namespace {
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
 // The leaves that a plug-in takes without a namespace must not get past it.
 const lyd_node* unbound_identity(const lyd_node* node, Operation outer) {
   const Operation own = operation_of(node, outer);

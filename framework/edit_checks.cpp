@@ -11,10 +11,6 @@ namespace yfw {
 
 namespace {
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
 bool named(const lysc_node* schema, const char* name) {
   return std::strcmp(schema->name, name) == 0;
 }

@@ -13,10 +13,6 @@ namespace yfw {
 
 namespace {
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
 // Below a replaced node everything is simply there afterwards.
 Operation passed_down(Operation operation) {
   return operation == Operation::replace ? Operation::merge : operation;

@@ -2,7 +2,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstring>
 
 #include "framework/edit.h"
 #include "framework/edit_config.h"
@@ -11,14 +10,6 @@
 namespace yfw {
 
 namespace {
-
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
-bool named(const lyd_node* node, const char* name) {
-  return std::strcmp(LYD_NAME(node), name) == 0;
-}
 
 lyd_node* child_of(const lyd_node* parent, const char* name) {
   return const_cast<lyd_node*>(child_named(parent, name));

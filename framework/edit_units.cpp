@@ -15,14 +15,6 @@ namespace yfw {
 
 namespace {
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
-bool named(const lyd_node* node, std::string_view name) {
-  return node != nullptr && name == LYD_NAME(node);
-}
-
 const lyd_node* parent_of(const lyd_node* node) {
   return node->parent == nullptr ? nullptr : &node->parent->node;
 }

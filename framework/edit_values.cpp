@@ -14,10 +14,6 @@ namespace yfw {
 
 namespace {
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
 // The leaves of a container that bound a range.
 struct Bounds {
   const char* low;

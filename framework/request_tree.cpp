@@ -34,10 +34,6 @@ uint32_t code_of(Operation operation) {
   return 0;
 }
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
 bool is_key_node(const lyd_node* node) {
   const lysc_node* const schema = schema_of(node);
   return schema != nullptr && schema->nodetype == LYS_LEAF && lysc_is_key(schema);

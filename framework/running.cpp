@@ -38,6 +38,10 @@ std::string join_interface_name(std::string_view name, std::string_view index) {
   return joined;
 }
 
+bool named(const lyd_node* node, std::string_view name) {
+  return node != nullptr && name == LYD_NAME(node);
+}
+
 const lyd_node* child_named(const lyd_node* parent, std::string_view name) {
   const lyd_node* child = nullptr;
   LY_LIST_FOR(lyd_child(parent), child) {

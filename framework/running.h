@@ -69,6 +69,9 @@ std::string_view entry_name(const lyd_node* entry);
 // True when the entry is an L2 transport interface.
 bool is_l2(const lyd_node* entry);
 
+// True for a node of that name; a null node has none.
+bool named(const lyd_node* node, std::string_view name);
+
 // The child of a node by its schema name; null when there is none.
 const lyd_node* child_named(const lyd_node* parent, std::string_view name);
 

@@ -57,10 +57,6 @@ bool is_answered(std::string_view path) {
          path.ends_with("/config/index");
 }
 
-bool removes(Operation operation) {
-  return operation == Operation::delete_ || operation == Operation::remove;
-}
-
 void collect_lost(const lyd_node* node, Operation outer, const Data& after, std::vector<Difference>& lost) {
   const Operation own = operation_of(node, outer);
   if (removes(own) || node->schema == nullptr) return;
