@@ -157,6 +157,18 @@ Data translate(const Surroundings& around, const EditDocument& document, std::ve
 
 namespace {
 
+// The plug-in's own refusal of a leaf, asked for alone: what else is wrong with the request is not what it is about.
+void let_plugin_refuse(const Surroundings& around, const EditDocument& document, const lyd_node* leaf) {
+  lyd_node* copy = nullptr;
+  lyd_dup_single(leaf, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS, &copy);
+  while (copy->parent != nullptr) copy = &copy->parent->node;
+  EditDocument alone;
+  alone.tree = Data(copy);
+  alone.default_operation = document.default_operation;
+  std::vector<Warning> ignored;
+  translate(around, alone, ignored);
+}
+
 void validate_native(const Surroundings& around, Data& candidate) {
   if (candidate.empty()) return;
   if (lyd_validate_all(candidate.out(), nullptr, LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS)
@@ -185,10 +197,8 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
                           const EditSettings& settings) {
   PreparedEdit prepared;
   std::vector<Warning>& warnings = prepared.result.warnings;
-  if (check_claims(around, leaves, document, settings.ignore_unmapped)) {
-    std::vector<Warning> ignored;
-    translate(around, document, ignored);
-  }
+  const lyd_node* const unmapped = check_claims(around, leaves, document, settings.ignore_unmapped);
+  if (unmapped != nullptr) let_plugin_refuse(around, document, unmapped);
   warnings = std::move(document.warnings);
   check_one_form(document);
 

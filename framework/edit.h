@@ -33,8 +33,9 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
 // The pieces of the way, each in a file of its own.
 
 // Refuses, or drops with a warning, what nobody maps; refuses config/name, config/type and config/index that do not
-// agree with the entry. Returns true when a plug-in will refuse a leaf that it does not map.
-bool check_claims(const Surroundings& around, MappedLeaves& leaves, EditDocument& document, bool ignore_unmapped);
+// agree with the entry. Returns the first leaf that a plug-in knows and does not map; null when there is none.
+const lyd_node* check_claims(const Surroundings& around, MappedLeaves& leaves, EditDocument& document,
+                             bool ignore_unmapped);
 
 // Refuses two forms of match for one sub-interface in one request.
 void check_one_form(const EditDocument& document);

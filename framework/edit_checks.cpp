@@ -24,7 +24,7 @@ struct ClaimCheck {
   MappedLeaves& leaves;
   EditDocument& document;
   bool ignore_unmapped = false;
-  bool refusal_ahead = false;
+  const lyd_node* unmapped = nullptr;
 
   void drop(lyd_node* node) const {
     const std::string path = path_of(node);
@@ -93,7 +93,8 @@ struct ClaimCheck {
     if (claim == Claim::nobody) return drop(node);
     if (claim == Claim::plugin && is_term(schema) && !leaves.is_mapped(around, schema)) {
       if (ignore_unmapped) return drop(node);
-      refusal_ahead = true;
+      // Below what goes as a whole nobody is asked.
+      if (unmapped == nullptr && !removes(outer)) unmapped = node;
     }
     check_name(node);
     check_answered(node, operation);
@@ -145,7 +146,8 @@ void find_forms(const lyd_node* node, Operation outer, std::map<std::string, std
 
 }  // namespace
 
-bool check_claims(const Surroundings& around, MappedLeaves& leaves, EditDocument& document, bool ignore_unmapped) {
+const lyd_node* check_claims(const Surroundings& around, MappedLeaves& leaves, EditDocument& document,
+                             bool ignore_unmapped) {
   ClaimCheck check{around, leaves, document, ignore_unmapped};
   lyd_node* node = document.tree.get();
   while (node != nullptr) {
@@ -153,7 +155,7 @@ bool check_claims(const Surroundings& around, MappedLeaves& leaves, EditDocument
     check.check(node, document.default_operation);
     node = next;
   }
-  return check.refusal_ahead;
+  return check.unmapped;
 }
 
 void check_one_form(const EditDocument& document) {

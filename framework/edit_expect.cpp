@@ -42,11 +42,14 @@ void complete(Data& data) {
   }
 }
 
-// True when the request itself writes the node at this path.
+// True when the request itself writes the node at this path. The operation none writes no leaf; what is below a
+// container may have operations of its own.
 bool request_writes(const EditDocument& document, const std::string& path) {
   lyd_node* found = nullptr;
   if (document.tree.empty() || lyd_find_path(document.tree.get(), path.c_str(), 0, &found) != LY_SUCCESS) return false;
-  return !removes(effective_operation(found, document.default_operation));
+  const Operation operation = effective_operation(found, document.default_operation);
+  if (operation == Operation::none) return found->schema != nullptr && !is_term(found->schema);
+  return !removes(operation);
 }
 
 // The single form that a merge brings replaces what else a match holds.

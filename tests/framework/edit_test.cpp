@@ -100,6 +100,13 @@ std::string flat(const std::string& text) {
   return result;
 }
 
+// The request with the default operation none: only what carries an operation of its own changes anything.
+std::string by_operations(const std::string& request) {
+  return "<edit-config xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\"><default-operation>none</default-operation>"
+         "<config>" +
+         request + "</config></edit-config>";
+}
+
 struct EditCase {
   const char* name;
   std::string running;
@@ -323,6 +330,16 @@ INSTANTIATE_TEST_SUITE_P(
                  native({{"Ethernet0/0/1",
                           trunk("<vlan-switched><mode>access</mode><access-vlan>7</access-vlan></vlan-switched>")}}),
                  "trunk-vlans[.='10']: goes: its condition no longer holds"},
+        EditCase{"AnEntryNamedWithoutAnOperationGoesWithItsMode", native({{"Ethernet0/0/1", kTrunk}}),
+                 by_operations(switched("<interface-mode nc:operation=\"delete\"/><trunk-vlans>10</trunk-vlans>")),
+                 native({{"Ethernet0/0/1", ""}}), "trunk-vlans[.='10']: goes: its condition no longer holds"},
+        EditCase{"WhatNothingExpressesIsToldBeforeWhatIsNotWritten", native({{"Ethernet0/0/1", ""}}),
+                 by_operations(switched("<native-vlan>5</native-vlan>") +
+                               vlan("<config><vlan-id nc:operation=\"merge\">5</vlan-id></config>")),
+                 "", "", "operation-not-supported",
+                 "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/subinterfaces/"
+                 "subinterface[index='100']/openconfig-vlan:vlan/config/vlan-id",
+                 "'vlan-id' is not supported"},
         EditCase{"AccessVlanOnATrunk", native({{"Ethernet0/0/1", kTrunk}}), switched("<access-vlan>7</access-vlan>"),
                  "", "", "invalid-value",
                  "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/openconfig-if-ethernet:ethernet/"
