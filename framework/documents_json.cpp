@@ -51,6 +51,7 @@ class JsonReader {
     if (text_.starts_with("\xEF\xBB\xBF")) at_ = 3;
     if (next() != '{') fail("a JSON document starts with '{'");
     object(top);
+    if (top.attributes != nullptr) fail("an annotation \"@\" of the whole document is about nothing");
     if (next() != '\0' || at_ < text_.size()) fail("something follows the end of the document");
   }
 

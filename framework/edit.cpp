@@ -179,6 +179,24 @@ void validate_native(const Surroundings& around, Data& candidate) {
                  .message = fmt::format("the native configuration that results is not valid: {}", complaint.message)});
 }
 
+// An entry of a leaf-list goes by writing the list without it, which takes a list to be known.
+void refuse_lone_entries(const lyd_node* node, Operation outer) {
+  const Operation own = operation_of(node, outer);
+  const lysc_node* const schema = schema_of(node);
+  if (removes(own) && !removes(outer) && schema != nullptr && schema->nodetype == LYS_LEAFLIST) {
+    throw Refused({.tag = "operation-failed",
+                   .path = path_of(node),
+                   .message = fmt::format("an entry of '{}' can only be removed where the running configuration says "
+                                          "which entries there are (--running)",
+                                          schema->name),
+                   .bad_element = schema->name});
+  }
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(node->schema == nullptr ? nullptr : lyd_child(node), child) {
+    refuse_lone_entries(child, own);
+  }
+}
+
 // Trunk entries that the plug-in had no room for, found where nothing else is compared.
 void refuse_lost_trunk_entries(const Surroundings& around, const EditDocument& document, const Data& native) {
   Data fresh;
@@ -203,6 +221,10 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   check_one_form(document);
 
   if (around.running == nullptr) {
+    const lyd_node* top = nullptr;
+    LY_LIST_FOR(document.tree.get(), top) {
+      refuse_lone_entries(top, document.default_operation);
+    }
     check_values(document, document.tree, warnings);
     drop_idle(document.tree, document.default_operation);
     spread_lists(document, nullptr);

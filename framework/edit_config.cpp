@@ -156,6 +156,10 @@ class Dropping {
       return true;
     }
     if (edit->schema == nullptr || is_term(edit->schema)) return false;
+    if (own == Operation::replace && is_np_container(edit) && !has_content(edit) && !exists(there)) {
+      erase(edit);
+      return true;
+    }
     // What is replaced is empty before its new content comes.
     const lyd_node* const below = there == nullptr || own == Operation::replace ? nullptr : lyd_child(there);
     if (!drop_siblings(lyd_child(edit), below, passed_down(own))) return false;

@@ -15,8 +15,8 @@ namespace yfw {
 // undefined state, so callers apply to a copy. Containers without presence that become empty go.
 void apply_edit(Data& target, const lyd_node* edit, Operation default_operation);
 
-// Drops from `edit` every `remove` of what is not in `target` and every ancestor that this leaves without purpose
-// (no children, no operation of its own). Returns true when something was dropped.
+// Drops from `edit` every `remove` of what is not in `target`, every `replace` of it by nothing, and every ancestor
+// that this leaves without purpose (no children, no operation of its own). Returns true when something was dropped.
 bool drop_absent_removes(Data& edit, const Data& target, Operation default_operation);
 
 // Drops from `edit` what asks for nothing: leaves that the operation none leaves alone, and containers that hold

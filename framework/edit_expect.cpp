@@ -42,14 +42,22 @@ void complete(Data& data) {
   }
 }
 
-// True when the request itself writes the node at this path. The operation none writes no leaf; what is below a
-// container may have operations of its own.
+// True when the request itself writes the leaf at this path.
 bool request_writes(const EditDocument& document, const std::string& path) {
   lyd_node* found = nullptr;
   if (document.tree.empty() || lyd_find_path(document.tree.get(), path.c_str(), 0, &found) != LY_SUCCESS) return false;
   const Operation operation = effective_operation(found, document.default_operation);
-  if (operation == Operation::none) return found->schema != nullptr && !is_term(found->schema);
-  return !removes(operation);
+  return !removes(operation) && operation != Operation::none;
+}
+
+// True when the request writes a leaf at or below the node.
+bool request_writes_below(const EditDocument& document, const lyd_node* node) {
+  if (is_term(node->schema)) return request_writes(document, path_of(node));
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (request_writes_below(document, child)) return true;
+  }
+  return false;
 }
 
 // The single form that a merge brings replaces what else a match holds.
@@ -60,9 +68,8 @@ void keep_one_form(const EditDocument& document, lyd_node* match, std::vector<Wa
     forms.push_back(child);
   }
   if (forms.size() < 2) return;
-  const auto asked = std::find_if(forms.begin(), forms.end(), [&document](const lyd_node* form) {
-    return request_writes(document, path_of(form));
-  });
+  const auto asked = std::find_if(forms.begin(), forms.end(),
+                                  [&document](const lyd_node* form) { return request_writes_below(document, form); });
   if (asked == forms.end()) return;
   for (lyd_node* const form : forms) {
     if (form == *asked) continue;

@@ -108,7 +108,8 @@ struct Unit {
 
 void collect(lyd_node* node, Operation outer, std::vector<Unit>& units, std::map<std::string, std::size_t>& known) {
   const Operation own = operation_of(node, outer);
-  // What goes or is replaced as a whole needs no rewriting.
+  // What goes or is replaced as a whole needs no rewriting, but for a replace by nothing, which is a removal.
+  if (own == Operation::replace && is_unit(node) && lyd_child(node) == nullptr) set_operation(node, Operation::remove);
   if (node->schema == nullptr || removes(own) || own == Operation::replace) return;
   if (is_unit(node)) {
     const std::string path = path_of(node);

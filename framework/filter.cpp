@@ -3,6 +3,7 @@
 
 #include <libyang/libyang.h>
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 #include <unordered_map>
@@ -41,6 +42,14 @@ Criterion compile(const lyd_node* filter) {
     (*below.value == '\0' ? made.selections : made.matches).push_back(std::move(below));
   }
   return made;
+}
+
+bool selects_names(const Criterion& criterion) {
+  const std::string_view name = criterion.schema == nullptr ? "" : criterion.schema->name;
+  const bool own = name == "name" || name == "index" || name == "type";
+  if (own && std::strcmp(criterion.schema->module->name, "openconfig-interfaces") == 0) return true;
+  return std::any_of(criterion.selections.begin(), criterion.selections.end(),
+                     [](const Criterion& below) { return selects_names(below); });
 }
 
 using Criteria = std::vector<const Criterion*>;
@@ -116,6 +125,14 @@ class Selection {
 };
 
 }  // namespace
+
+bool selects_names(const Data& filter) {
+  const lyd_node* top = nullptr;
+  LY_LIST_FOR(filter.get(), top) {
+    if (selects_names(compile(top))) return true;
+  }
+  return false;
+}
 
 Data select(const Data& data, const Data& filter) {
   if (filter.empty()) return data.clone();

@@ -14,6 +14,9 @@ namespace yfw {
 // and ancestors included. A null or empty filter selects everything.
 Data select(const Data& data, const Data& filter);
 
+// True when the filter asks for a leaf that every interface or sub-interface answers: its name, index or type.
+bool selects_names(const Data& filter);
+
 // The filter that selects each of these paths: /interfaces/interface[name='X']/config, the prefixes of nodes optional.
 // Throws Refused for a path that cannot be read or names what no model has.
 Data paths_to_filter(ly_ctx* ctx, const std::vector<std::string>& paths);

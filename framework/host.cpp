@@ -75,6 +75,17 @@ struct Host::Impl {
     }
   }
 
+  // Forgets warnings about what the filter does not select.
+  static void keep_selected(std::vector<Warning>& warnings, const Data& data, const Data& filter) {
+    if (warnings.empty() || filter.empty()) return;
+    const Data selected = select(data, filter);
+    std::erase_if(warnings, [&selected](const Warning& warning) {
+      lyd_node* found = nullptr;
+      if (warning.path.empty()) return false;
+      return selected.empty() || lyd_find_path(selected.get(), warning.path.c_str(), 0, &found) != LY_SUCCESS;
+    });
+  }
+
   ReadResult read(const Document* operational, const Document& document) {
     ReadResult result;
     Data filter;
@@ -83,10 +94,15 @@ struct Host::Impl {
     if (operational != nullptr) state = parse_data(models.get(), *operational, true, &result.warnings);
     FetchSet fetch;
     if (!filter.empty()) fetch = collect_paths(around(), filter, operational != nullptr).set;
+    if (selects_names(filter)) fetch.ask_for_names();
     std::vector<const lyd_node*> entries;
     if (running.has_value()) entries = running->entries();
     Data all = read_entries(around(), entries, fetch, operational == nullptr ? nullptr : &state, result.warnings);
-    make_valid(models.get(), all, result.warnings);
+    const Data unjudged = filter.empty() ? Data() : all.clone();
+    std::vector<Warning> invalid;
+    make_valid(models.get(), all, invalid);
+    keep_selected(invalid, unjudged, filter);
+    std::move(invalid.begin(), invalid.end(), std::back_inserter(result.warnings));
     note(result.warnings);
     result.data = select(all, filter);
     return result;

@@ -74,14 +74,14 @@ class EntryWalk {
     if (wanted_ != nullptr && !wanted_(child)) return;
     const yfw_map_walker_fn walker = session_.around().plugins->native_entry(child->schema->name);
     if (walker == nullptr) return;
+    // Handed over whole, also where less is asked for: what a leaf means depends on those beside it.
     const std::size_t mark = session_.output().mark();
-    if (walk(walker, child, wanted_) == 0) return;
+    if (walk(walker, child, nullptr) == 0) return;
     // The walker stopped at the first leaf that it could not translate; the others are asked for one by one.
     session_.output().roll_back(mark);
     std::vector<const lyd_node*> leaves;
     collect_leaves(child, leaves);
     for (const lyd_node* const leaf : leaves) {
-      if (wanted_ != nullptr && !wanted_(leaf)) continue;
       const std::size_t leaf_mark = session_.output().mark();
       const cerrno result =
           walk(walker, child, [leaf](const lyd_node* node) { return is_ancestor_or_self(node, leaf); });
@@ -92,6 +92,7 @@ class EntryWalk {
         session_.note(path_of(leaf) + " is mapped by nobody");
         continue;
       }
+      if (wanted_ != nullptr && !wanted_(leaf)) continue;
       const bool missing = !session_.last_missing().empty();
       warnings_.push_back(
           {path_of(leaf), fmt::format("left out: {}{}{}", missing ? "it needs '" : "", reason(session_, result),
@@ -234,6 +235,11 @@ bool MappedLeaves::is_mapped(const Surroundings& around, const lysc_node* leaf) 
 
 namespace {
 
+bool is_content_match(const lyd_node* node) {
+  const char* const value = lyd_get_value(node);
+  return value != nullptr && *value != '\0';
+}
+
 bool prune(const Surroundings& around, MappedLeaves& leaves, lyd_node* node, std::vector<std::string>& pruned) {
   const lysc_node* const schema = schema_of(node);
   const Claim claim = schema == nullptr ? Claim::nobody : claim_of(schema);
@@ -248,13 +254,24 @@ bool prune(const Surroundings& around, MappedLeaves& leaves, lyd_node* node, std
   lyd_node* child = opaque ? reinterpret_cast<lyd_node_opaq*>(node)->child : lyd_child(node);
   if (child == nullptr) return true;
   bool asks = false;
+  bool only_matches = true;
+  bool loses = false;
+  bool loses_match = false;
   while (child != nullptr) {
     lyd_node* const next = child->next;
-    asks = prune(around, leaves, child, pruned) || asks;
+    const bool matches = is_content_match(child);
+    const bool kept = prune(around, leaves, child, pruned);
+    asks = asks || kept;
+    only_matches = only_matches && (!kept || matches);
+    loses = loses || !kept;
+    loses_match = loses_match || (!kept && matches);
     child = next;
   }
-  if (!asks) lyd_free_tree(node);
-  return asks;
+  // What is left must not select more than was asked for: values to match would select all beside them, and a value
+  // that nobody can tell matches nothing.
+  const bool kept = asks && !loses_match && !(loses && only_matches);
+  if (!kept) lyd_free_tree(node);
+  return kept;
 }
 
 }  // namespace
@@ -324,7 +341,7 @@ Data read_entries(const Surroundings& around, const std::vector<const lyd_node*>
       continue;
     }
     const std::unordered_set<const lysc_node*> asked = fetch.asked_of(entry_name(entry));
-    if (asked.empty()) continue;
+    if (asked.empty() && !fetch.asks_for_names()) continue;
     const RequestTree::Wanted wanted = [&asked](const lyd_node* node) { return FetchSet::is_wanted(node, asked); };
     EntryWalk(session, entry, wanted, warnings).run();
   }

@@ -21,6 +21,11 @@ class FetchSet {
   explicit FetchSet(const OutputTree& output);
 
   void merge(const FetchSet& other);
+
+  // Names and kinds of interfaces are asked for, which need no native leaf.
+  void ask_for_names() { names_ = true; }
+  bool asks_for_names() const { return names_; }
+
   bool everything() const { return everything_; }
 
   // Schema nodes asked for in this native entry; empty when nothing is.
@@ -32,6 +37,7 @@ class FetchSet {
 
  private:
   bool everything_ = true;
+  bool names_ = false;
   std::unordered_map<std::string, std::unordered_set<const lysc_node*>> by_entry_;
 };
 

@@ -119,6 +119,23 @@ TEST_F(Commands, TheRoutedVlanIdCanBeBound) {
       << l2;
 }
 
+TEST_F(Commands, AnEntryIsOnlyTakenOutOfAListThatIsKnown) {
+  const std::string request = switched("<trunk-vlans nc:operation=\"delete\">10</trunk-vlans>");
+  const Outcome outcome = run({"translate", "-"}, {.input = request});
+  EXPECT_EQ(outcome.exit_code, 1) << outcome;
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "ocvlan: refused: " + std::string(kSwitchedPath) +
+                             "/trunk-vlans[.='10']: an entry of 'trunk-vlans' can only be removed where the running "
+                             "configuration says which entries there are (--running)\n");
+}
+
+TEST_F(Commands, AnAnnotationOfTheWholeDocumentIsRefused) {
+  const Outcome outcome = run({"translate", "-"}, {.input = R"({"@":{"ietf-netconf:operation":"delete"}})"});
+  EXPECT_EQ(outcome.exit_code, 3) << outcome;
+  EXPECT_EQ(outcome.err,
+            "ocvlan: standard input: line 1: an annotation \"@\" of the whole document is about nothing\n");
+}
+
 TEST_F(Commands, DefaultOperationNoneChangesNothing) {
   const std::string running = folder.file("running.xml", plain_running());
   const Outcome outcome =

@@ -203,6 +203,18 @@ INSTANTIATE_TEST_SUITE_P(
                  native({{kSub, encapsulation("<outer-range1-low>100</outer-range1-low>"
                                               "<outer-tag-type>match-dot1q</outer-tag-type>")}}),
                  ""},
+        EditCase{"AFormThatIsNotThereReplacedByNothing", native({{kSub, kSingle100}}),
+                 match("<double-tagged nc:operation=\"replace\"/>"), native({{kSub, kSingle100}}), ""},
+        EditCase{"AFormThatIsNotThereReplacedByNothingBesideAnother", native({{kSub, kSingle100}}),
+                 match("<single-tagged-list nc:operation=\"replace\"/>" + single("200")), native({{kSub, kSingle200}}),
+                 ""},
+        EditCase{"AnEmptyFormAsksForNothing", native({{kSub, kSingle100}}),
+                 match("<single-tagged/><single-tagged-range><config><low-vlan-id>5</low-vlan-id>"
+                       "<high-vlan-id>9</high-vlan-id></config></single-tagged-range>"),
+                 native({{kSub, encapsulation("<outer-range1-high>9</outer-range1-high>"
+                                              "<outer-range1-low>5</outer-range1-low>"
+                                              "<outer-tag-type>match-dot1q</outer-tag-type>")}}),
+                 "single-tagged: goes: 'single-tagged-range' takes its place"},
         EditCase{"DeleteAndWriteInOneRequest", native({{kSub, kList102030}}),
                  match("<single-tagged-list nc:operation=\"delete\"/>" + single("100")),
                  native({{kSub, encapsulation("<outer-range1-low>100</outer-range1-low>"
@@ -346,6 +358,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "openconfig-vlan:switched-vlan/config/access-vlan",
                  "access-vlan"},
         EditCase{"WholeContainerDeleted", native({{"Ethernet0/0/1", kTrunk}}), switched("", kDelete),
+                 native({{"Ethernet0/0/1", ""}}), ""},
+        EditCase{"ContainerReplacedByNothing", native({{"Ethernet0/0/1", kTrunk}}), switched("", kReplace),
                  native({{"Ethernet0/0/1", ""}}), ""},
         EditCase{"ModeBoundToAnotherModule", native({}),
                  switched(fmt::format("<interface-mode xmlns:x=\"{}\">x:TRUNK</interface-mode>", kInterfacesNs)), "",

@@ -43,6 +43,9 @@ class Mentions {
     return found;
   }
 
+  // The place itself is replaced.
+  bool replaces(const std::string& path) const { return replaced_.contains(path); }
+
   // Containers that are written without anything in them.
   const std::vector<std::string>& written_empty() const { return written_empty_; }
 
@@ -114,6 +117,10 @@ bool drop_absent(Element& element, const std::string& parent, Op outer, const Co
   if (op == Op::remove) return !is_there(there, element, path);
   if (op == Op::delete_) return false;
   const Config below = op == Op::replace ? Config() : there;
+  const bool holds_nothing = element.children.empty() && !is_list(element.name);
+  if (op == Op::replace && holds_nothing && find_leaf(place_of(path).below) == nullptr && !exists(there, path)) {
+    return true;
+  }
   const std::size_t dropped = std::erase_if(element.children, [&](Element& child) {
     return drop_absent(child, path, op == Op::replace ? Op::merge : op, below);
   });
@@ -245,7 +252,8 @@ void check_empty(const Edit& edit, std::vector<Fault>& faults) {
     const bool switched = path.ends_with("/switched-vlan/config");
     const bool list = path.ends_with("-list/config");
     // What goes is taken away together with its match.
-    if (switched || (list && !exists(edit.before, path))) faults.push_back({"invalid-value", path});
+    if ((switched && !edit.mentions.replaces(path)) || (list && !exists(edit.before, path)))
+      faults.push_back({"invalid-value", path});
   }
 }
 
