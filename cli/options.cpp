@@ -158,6 +158,7 @@ void add_selection(CLI::App& app, Options& options) {
       ->type_name("PATH")
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->allow_extra_args(false)
       ->excludes(filter);
 }
 

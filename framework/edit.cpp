@@ -238,7 +238,9 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   reading.trace = nullptr;
   prepared.touched = touched_entries(document, *around.running);
   const Data before = read_back(reading, *around.running, prepared.touched, unread);
-  drop_absent_removes(document.tree, before, document.default_operation);
+  if (drop_absent_removes(document.tree, before, document.default_operation)) {
+    for (const Warning& each : unread) warnings.push_back({each.path, "stays, it does not read back: " + each.message});
+  }
   const Expected expected = expect(around, document, before, warnings);
   check_values(document, expected.data, warnings);
   drop_idle(document.tree, document.default_operation);

@@ -91,7 +91,10 @@ void for_each_match(lyd_node* node, const EditDocument& document, std::vector<Wa
 
 RpcError validation_error(const ly_ctx* models) {
   const Complaint complaint = last_complaint(models);
-  RpcError error{.tag = "invalid-value", .path = complaint.path, .message = complaint.message};
+  // A node whose condition does not hold is none of the model (RFC 7950, section 8.3.2).
+  const bool is_condition = complaint.message.starts_with("When condition");
+  RpcError error{
+      .tag = is_condition ? "unknown-element" : "invalid-value", .path = complaint.path, .message = complaint.message};
   const std::string_view leaf = std::string_view(error.path).substr(error.path.rfind('/') + 1);
   const std::string_view name = leaf.substr(leaf.find(':') + 1);
   error.bad_element = name.substr(0, name.find('['));
@@ -131,7 +134,7 @@ Expected expect(const Surroundings& around, const EditDocument& document, const 
     if (gone.is_present) continue;
     if (request_writes(document, gone.path)) {
       const std::string leaf = gone.path.substr(gone.path.find_last_of('/') + 1);
-      throw Refused({.tag = "invalid-value",
+      throw Refused({.tag = "unknown-element",
                      .path = gone.path,
                      .message = fmt::format("'{}' cannot be set: its condition does not hold afterwards", leaf),
                      .bad_element = leaf.substr(0, leaf.find('['))});

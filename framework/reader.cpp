@@ -15,6 +15,7 @@ namespace yfw {
 
 namespace {
 
+constexpr char kPortVlans[] = "vlan-trunk-configuration";
 constexpr char kVlanIdentifierParent[] = "vlan-sub-configuration";
 
 const char* reason(const Session& session, cerrno result) {
@@ -72,6 +73,10 @@ class EntryWalk {
  private:
   void walk_child(const lyd_node* child) {
     if (wanted_ != nullptr && !wanted_(child)) return;
+    if (!session_.subinterface_index().empty() && std::strcmp(child->schema->name, kPortVlans) == 0) {
+      warnings_.push_back({path_of(child), "left out: a sub-interface switches no VLANs"});
+      return;
+    }
     const yfw_map_walker_fn walker = session_.around().plugins->native_entry(child->schema->name);
     if (walker == nullptr) return;
     // Handed over whole, also where less is asked for: what a leaf means depends on those beside it.

@@ -29,7 +29,9 @@ InterfaceName split_interface_name(std::string_view native) {
 }
 
 bool is_interface_name(std::string_view native) {
-  return !native.empty() && native.front() != '.' && native.find('.') != native.size() - 1;
+  const InterfaceName split = split_interface_name(native);
+  const bool padded = split.index.size() > 1 && split.index.front() == '0';
+  return !split.name.empty() && (split.is_subinterface() || split.name == native) && !padded;
 }
 
 std::string join_interface_name(std::string_view name, std::string_view index) {

@@ -23,7 +23,8 @@ struct InterfaceName {
 
 InterfaceName split_interface_name(std::string_view native);
 
-// False for a native name without a NAME, or with a dot and no INDEX: OpenConfig has no place for such an entry.
+// False for a native name without a NAME, or with a dot and no INDEX as numbers are written: OpenConfig has no place
+// for such an entry.
 bool is_interface_name(std::string_view native);
 
 // NAME, or NAME.INDEX.

@@ -49,27 +49,36 @@ TEST_P(OddRunnings, AreReadAsFarAsTheySayAnything) {
 
 INSTANTIATE_TEST_SUITE_P(
     Names, OddRunnings,
-    testing::Values(OddRunning{"Bundle", running_of("Bundle-Ether7"), 0,
-                               port("Bundle-Ether7", "ieee8023adLag", "openconfig-if-aggregate:aggregation"), ""},
-                    OddRunning{"BundleInALongerName", running_of("MyBundle-Ether7x"), 0,
-                               port("MyBundle-Ether7x", "ieee8023adLag", "openconfig-if-aggregate:aggregation"), ""},
-                    OddRunning{"NoDot", running_of("Ethernet7"), 0, ethernet("Ethernet7"), ""},
-                    OddRunning{"SingleQuote", running_of("Eth'7"), 0, ethernet("Eth'7"), ""},
-                    OddRunning{"DoubleQuote", running_of("Eth\"7"), 0, ethernet("Eth\\\"7"), ""},
-                    OddRunning{"BothQuotes", running_of("Eth'\"7"), 0, ethernet("Eth'\\\"7"), ""},
-                    OddRunning{"Brackets", running_of("Eth[7]/8"), 0, ethernet("Eth[7]/8"), ""},
-                    OddRunning{"ADotAndNoIndex", running_of("Ethernet7."), 0, "{}", left_out("Ethernet7.")},
-                    OddRunning{"ADotAndNoName", running_of(".7"), 0, "{}", left_out(".7")},
-                    OddRunning{"OnlyADot", running_of("."), 0, "{}", left_out(".")},
-                    OddRunning{"TwoDots", running(entry("Ethernet7", access_port("7")) + entry("Ethernet7.1.2", "")), 0,
-                               ethernet("Ethernet7"),
-                               "warning: /openconfig-interfaces:interfaces/interface[name='Ethernet7']/subinterfaces/"
-                               "subinterface[index='1.2']: left out: 'subinterface' cannot be \"1.2\"\n"},
-                    OddRunning{"AnIndexThatIsNoNumber",
-                               running(entry("Ethernet7", access_port("7")) + entry("Ethernet7.x", "")), 0,
-                               ethernet("Ethernet7"),
-                               "warning: /openconfig-interfaces:interfaces/interface[name='Ethernet7']/subinterfaces/"
-                               "subinterface[index='x']: left out: 'subinterface' cannot be \"x\"\n"}),
+    testing::Values(
+        OddRunning{"Bundle", running_of("Bundle-Ether7"), 0,
+                   port("Bundle-Ether7", "ieee8023adLag", "openconfig-if-aggregate:aggregation"), ""},
+        OddRunning{"BundleInALongerName", running_of("MyBundle-Ether7x"), 0,
+                   port("MyBundle-Ether7x", "ieee8023adLag", "openconfig-if-aggregate:aggregation"), ""},
+        OddRunning{"NoDot", running_of("Ethernet7"), 0, ethernet("Ethernet7"), ""},
+        OddRunning{"SingleQuote", running_of("Eth'7"), 0, ethernet("Eth'7"), ""},
+        OddRunning{"DoubleQuote", running_of("Eth\"7"), 0, ethernet("Eth\\\"7"), ""},
+        OddRunning{"BothQuotes", running_of("Eth'\"7"), 0, ethernet("Eth'\\\"7"), ""},
+        OddRunning{"Brackets", running_of("Eth[7]/8"), 0, ethernet("Eth[7]/8"), ""},
+        OddRunning{"ADotAndNoIndex", running_of("Ethernet7."), 0, "{}", left_out("Ethernet7.")},
+        OddRunning{"ADotAndNoName", running_of(".7"), 0, "{}", left_out(".7")},
+        OddRunning{"APaddedIndex", running_of("Ethernet7.007"), 0, "{}", left_out("Ethernet7.007")},
+        OddRunning{
+            "VlansOfAPortBelowASubinterface", running_of("Ethernet7.5"), 0,
+            "{\"openconfig-interfaces:interfaces\":{\"interface\":[{\"name\":\"Ethernet7\",\"config\":{\"name\":"
+            "\"Ethernet7\",\"type\":\"iana-if-type:ethernetCsmacd\"},\"subinterfaces\":{\"subinterface\":[{"
+            "\"index\":5,\"config\":{\"index\":5}}]}}]}}",
+            "warning: " + std::string(kTop) +
+                "/interface-configuration[interface-name='Ethernet7.5']/"
+                "Vexnet-OS-l2-eth-infra-cfg:vlan-trunk-configuration: left out: a sub-interface switches no VLANs\n"},
+        OddRunning{"OnlyADot", running_of("."), 0, "{}", left_out(".")},
+        OddRunning{"TwoDots", running(entry("Ethernet7", access_port("7")) + entry("Ethernet7.1.2", "")), 0,
+                   ethernet("Ethernet7"),
+                   "warning: /openconfig-interfaces:interfaces/interface[name='Ethernet7']/subinterfaces/"
+                   "subinterface[index='1.2']: left out: 'subinterface' cannot be \"1.2\"\n"},
+        OddRunning{"AnIndexThatIsNoNumber", running(entry("Ethernet7", access_port("7")) + entry("Ethernet7.x", "")), 0,
+                   ethernet("Ethernet7"),
+                   "warning: /openconfig-interfaces:interfaces/interface[name='Ethernet7']/subinterfaces/"
+                   "subinterface[index='x']: left out: 'subinterface' cannot be \"x\"\n"}),
     [](const auto& info) { return info.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(

@@ -97,6 +97,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"DefaultOperation",
          {"translate", "x", "--default-operation", "delete"},
          "--default-operation: delete not in {merge,none,replace}"},
+        {"FilterAfterAPath", {"read", "--running", "x", "--path", "/interfaces", "y"}, "FILTER excludes --path"},
         {"Bind", {"translate", "x", "--bind", "x"}, "--bind: x not in {subinterface-vlan-id}"},
         {"L2AndL3", {"translate", "x", "--l2", "--l3"}, "--l2 excludes --l3"},
         {"ApplyWithoutRunning", {"apply", "x"}, "apply needs --running"},

@@ -138,7 +138,9 @@ void settle_conditions(Config& config, const Config& written, std::vector<Fault>
   }
   for (const std::string& path : failing) {
     if (written.contains(path)) {
-      faults.push_back({"invalid-value", path});
+      faults.push_back({"unknown-element", path});
+      // Where no mode is set at all the plug-in sees it first.
+      if (path.ends_with("/native-vlan")) faults.push_back({"invalid-value", path});
     } else {
       dropped.push_back(path);
       config.erase(path);
