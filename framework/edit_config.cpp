@@ -133,6 +133,15 @@ bool has_content(const lyd_node* node) {
   return child != nullptr;
 }
 
+// Nothing but containers that ask for nothing themselves.
+bool holds_nothing(const lyd_node* edit) {
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(first_child(edit), child) {
+    if (!is_np_container(child) || !holds_nothing(child)) return false;
+  }
+  return true;
+}
+
 class Dropping {
  public:
   explicit Dropping(Data& edit) : edit_(edit) {}
@@ -156,7 +165,7 @@ class Dropping {
       return true;
     }
     if (edit->schema == nullptr || is_term(edit->schema)) return false;
-    if (own == Operation::replace && is_np_container(edit) && !has_content(edit) && !exists(there)) {
+    if (own == Operation::replace && is_np_container(edit) && holds_nothing(edit) && !exists(there)) {
       erase(edit);
       return true;
     }

@@ -109,6 +109,14 @@ bool is_there(const Config& config, const Element& element, const std::string& p
          std::find(found->second.begin(), found->second.end(), element.value) != found->second.end();
 }
 
+// No leaf, no entry, nor anything that goes.
+bool holds_nothing(const Element& element, const std::string& path) {
+  if (find_leaf(place_of(path).below) != nullptr) return false;
+  return std::all_of(element.children.begin(), element.children.end(), [&path](const Element& child) {
+    return !is_list(child.name) && !removes(child.op) && holds_nothing(child, path_below(path, child));
+  });
+}
+
 // What is not there needs no removal, and what was named only for its sake is not asked for. True when nothing is left.
 // What is replaced is empty before its new content comes.
 bool drop_absent(Element& element, const std::string& parent, Op outer, const Config& there) {
@@ -117,10 +125,7 @@ bool drop_absent(Element& element, const std::string& parent, Op outer, const Co
   if (op == Op::remove) return !is_there(there, element, path);
   if (op == Op::delete_) return false;
   const Config below = op == Op::replace ? Config() : there;
-  const bool holds_nothing = element.children.empty() && !is_list(element.name);
-  if (op == Op::replace && holds_nothing && find_leaf(place_of(path).below) == nullptr && !exists(there, path)) {
-    return true;
-  }
+  if (op == Op::replace && !is_list(element.name) && holds_nothing(element, path) && !exists(there, path)) return true;
   const std::size_t dropped = std::erase_if(element.children, [&](Element& child) {
     return drop_absent(child, path, op == Op::replace ? Op::merge : op, below);
   });

@@ -2,6 +2,7 @@
 #include "property/model/faults.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <set>
 
@@ -35,8 +36,12 @@ class RequestCheck {
     if (is_own(leaf) && removes(op)) return refuse("operation-not-supported", path);
     // A leaf goes by its name, an entry of a leaf-list by its value.
     if (removes(op) && element.value.empty() && !leaf.is_list) return;
-    // Identities, and modules of enumeration values, are judged where they are written.
-    const bool is_judged_late = leaf.type == Type::tpid || plain_value(leaf, element.value) != element.value;
+    // Identities, modules of enumeration values and native limits are judged where they are written.
+    constexpr unsigned long kLargestUint16 = 65535;
+    const bool has_native_limit =
+        leaf.type == Type::mtu && std::strtoul(element.value.c_str(), nullptr, 10) <= kLargestUint16;
+    const bool is_judged_late =
+        leaf.type == Type::tpid || has_native_limit || plain_value(leaf, element.value) != element.value;
     if ((removes(op) || op == Op::none) && is_judged_late) return;
     const bool is_wrong = leaf.type == Type::trunk_entry && is_inverted(element.value) && !removes(op);
     if (is_wrong || !is_valid(leaf, element.value)) refuse("invalid-value", path);
