@@ -122,7 +122,7 @@ std::string read(Session& session) {
   std::vector<const char*> sides;
   if (!options.running.empty() && !options.state) sides.push_back("config");
   if (!options.oper.empty() && !options.config) sides.push_back("state");
-  return read_text(result.data, sides);
+  return read_text(result, sides);
 }
 
 std::string fetch(Session& session) {

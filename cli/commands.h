@@ -40,8 +40,8 @@ std::string diff(Session& session);
 // Leaves that are configured one way and are another way, a leaf a line. `data` holds configuration and state.
 std::string compare_state(const yfw::Data& data);
 
-// A table with a line for each interface and sub-interface in `data`, and a column for each of `sides`, which are
+// A table with a line for each interface and sub-interface that was read, and a column for each of `sides`, which are
 // "config" and "state" or one of them.
-std::string read_text(const yfw::Data& data, const std::vector<const char*>& sides);
+std::string read_text(const yfw::ReadResult& result, const std::vector<const char*>& sides);
 
 }  // namespace ocvlan

@@ -3,13 +3,13 @@
 #include <libyang/libyang.h>
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "cli/commands.h"
+#include "framework/vlan_words.h"
 
 namespace ocvlan {
 namespace {
@@ -25,126 +25,54 @@ const lyd_node* child(const lyd_node* parent, std::string_view name) {
   return nullptr;
 }
 
-// Values of a leaf or leaf-list, joined; identities go without their module. Empty when there is none.
+// The value of a leaf; empty when there is none.
 std::string value(const lyd_node* parent, std::string_view name) {
-  std::string text;
-  const lyd_node* node = nullptr;
-  LY_LIST_FOR(parent == nullptr ? nullptr : lyd_child(parent), node) {
-    if (node->schema == nullptr || name != node->schema->name) continue;
-    const std::string_view whole = lyd_get_value(node);
-    if (!text.empty()) text += ',';
-    text += whole.substr(whole.find(':') + 1);
-  }
-  return text;
-}
-
-struct MatchForm {
-  const char* container;
-  const char* words;  // leaves of the form in braces
-};
-
-constexpr std::array kMatchForms{
-    MatchForm{"single-tagged", "dot1q {vlan-id}"},
-    MatchForm{"single-tagged-list", "list {vlan-ids}"},
-    MatchForm{"single-tagged-range", "dot1q {low-vlan-id}..{high-vlan-id}"},
-    MatchForm{"double-tagged", "dot1ad {outer-vlan-id} / dot1q {inner-vlan-id}"},
-    MatchForm{"double-tagged-inner-list", "dot1ad {outer-vlan-id} / list {inner-vlan-ids}"},
-    MatchForm{"double-tagged-outer-list", "list {outer-vlan-ids} / dot1q {inner-vlan-id}"},
-    MatchForm{"double-tagged-inner-range", "dot1ad {outer-vlan-id} / dot1q {inner-low-vlan-id}..{inner-high-vlan-id}"},
-    MatchForm{"double-tagged-outer-range", "dot1ad {outer-low-vlan-id}..{outer-high-vlan-id} / dot1q {inner-vlan-id}"},
-};
-
-// The words with values in them, "?" for a leaf that is not there; empty when no leaf of the form is.
-std::string filled(std::string_view words, const lyd_node* leaves) {
-  if (leaves == nullptr || lyd_child(leaves) == nullptr) return "";
-  std::string text;
-  while (!words.empty()) {
-    const std::size_t open = words.find('{');
-    text += words.substr(0, open);
-    if (open == std::string_view::npos) break;
-    const std::size_t close = words.find('}', open);
-    const std::string found = value(leaves, words.substr(open + 1, close - open - 1));
-    text += found.empty() ? "?" : found;
-    words.remove_prefix(close + 1);
-  }
-  return text;
-}
-
-void add(std::string& text, std::string_view separator, std::string_view part) {
-  if (part.empty()) return;
-  if (!text.empty()) text += separator;
-  text += part;
-}
-
-std::string lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char letter) { return std::tolower(letter); });
-  return text;
-}
-
-std::string ethertype(const std::string& tpid) {
-  if (tpid == "TPID_0X8100") return "dot1q";
-  if (tpid == "TPID_0X88A8") return "dot1ad";
-  return lower(tpid.substr(tpid.find('_') + 1));
-}
-
-// `side` is "config" or "state", here and below.
-std::string rewrite_words(const lyd_node* mapping, const char* side) {
-  const lyd_node* const leaves = child(mapping, side);
-  std::string text = lower(value(leaves, "vlan-stack-action"));
-  add(text, " ", ethertype(value(leaves, "tpid")));
-  add(text, " ", value(leaves, "vlan-id"));
-  return text;
-}
-
-std::string subinterface_words(const lyd_node* subinterface, const char* side) {
-  const lyd_node* const vlan = child(subinterface, "vlan");
-  const lyd_node* const match = child(vlan, "match");
-  std::string text = filled("vlan {vlan-id}", child(vlan, side));
-  for (const MatchForm& form : kMatchForms) {
-    add(text, "; ", filled(form.words, child(child(match, form.container), side)));
-  }
-  add(text, "; ", rewrite_words(child(vlan, "ingress-mapping"), side));
-  return text;
-}
-
-std::string switched_words(const lyd_node* parent, const char* side) {
-  const lyd_node* const leaves = child(child(parent, "switched-vlan"), side);
-  std::string text = lower(value(leaves, "interface-mode"));
-  add(text, " ", value(leaves, "access-vlan"));
-  add(text, " ", value(leaves, "trunk-vlans"));
-  const std::string native = value(leaves, "native-vlan");
-  if (!native.empty()) add(text, " ", fmt::format("native {}", native));
-  return text;
-}
-
-std::string interface_words(const lyd_node* interface, const char* side) {
-  std::string text = switched_words(child(interface, "ethernet"), side);
-  add(text, "; ", switched_words(child(interface, "aggregation"), side));
-  add(text, "; ", filled("routed {vlan}", child(child(interface, "routed-vlan"), side)));
-  return text;
+  const lyd_node* const leaf = child(parent, name);
+  return leaf == nullptr ? "" : lyd_get_value(leaf);
 }
 
 using Row = std::vector<std::string>;
 
+// The unsaid VLAN settings of entries, in words.
+using NativeWords = std::unordered_map<std::string, std::string>;
+
+NativeWords native_words(const std::vector<yfw::Unsaid>& unsaid) {
+  NativeWords words;
+  for (std::size_t i = 0; i < unsaid.size();) {
+    std::size_t end = i;
+    while (end < unsaid.size() && unsaid[end].entry == unsaid[i].entry) ++end;
+    std::string text = yfw::unsaid_words({unsaid.begin() + static_cast<std::ptrdiff_t>(i),
+                                          unsaid.begin() + static_cast<std::ptrdiff_t>(end)});
+    if (!text.empty()) words[unsaid[i].entry] = std::move(text);
+    i = end;
+  }
+  return words;
+}
+
 template <typename Words>
-Row row_of(std::string name, const lyd_node* node, const std::vector<const char*>& sides, Words words) {
+Row row_of(std::string name, const lyd_node* node, const std::vector<const char*>& sides, const NativeWords& native,
+           Words words) {
   Row row{std::move(name)};
   for (const char* const side : sides) row.push_back(words(node, side));
+  const auto unsaid = native.find(row.front());
+  const bool configuration = std::string_view(sides.front()) == "config";
+  if (configuration && row[1].empty() && unsaid != native.end()) row[1] = fmt::format("(native: {})", unsaid->second);
   return row;
 }
 
-std::vector<Row> rows_of(const yfw::Data& data, const std::vector<const char*>& sides) {
+std::vector<Row> rows_of(const yfw::ReadResult& result, const std::vector<const char*>& sides) {
   std::vector<Row> rows;
+  const NativeWords native = native_words(result.unsaid);
   const lyd_node* top = nullptr;
-  LY_LIST_FOR(data.get(), top) {
+  LY_LIST_FOR(result.data.get(), top) {
     const lyd_node* interface = nullptr;
     LY_LIST_FOR(lyd_child(top), interface) {
       const std::string name = value(interface, "name");
-      rows.push_back(row_of(name, interface, sides, interface_words));
+      rows.push_back(row_of(name, interface, sides, native, yfw::interface_words));
       const lyd_node* subinterface = nullptr;
       LY_LIST_FOR(lyd_child(child(interface, "subinterfaces")), subinterface) {
-        rows.push_back(
-            row_of(fmt::format("{}.{}", name, value(subinterface, "index")), subinterface, sides, subinterface_words));
+        rows.push_back(row_of(fmt::format("{}.{}", name, value(subinterface, "index")), subinterface, sides, native,
+                              yfw::subinterface_words));
       }
     }
   }
@@ -197,8 +125,8 @@ std::vector<std::size_t> widths_of(const std::vector<Row>& rows) {
 
 }  // namespace
 
-std::string read_text(const yfw::Data& data, const std::vector<const char*>& sides) {
-  std::vector<Row> rows = rows_of(data, sides);
+std::string read_text(const yfw::ReadResult& result, const std::vector<const char*>& sides) {
+  std::vector<Row> rows = rows_of(result, sides);
   if (rows.empty()) return "";
   Row head{"interface"};
   for (const char* const side : sides) head.emplace_back(side);

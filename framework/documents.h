@@ -65,6 +65,9 @@ void mark_wanted(lyd_node* node);
 // The instance path of a node, opaque ones included: /module:node/node[key='value'].
 std::string path_of(const lyd_node* node);
 
+// The name of the leaf at the end of an instance path, without module and predicate.
+std::string leaf_name(std::string_view path);
+
 // One predicate of an instance path: [name='value'], with the other quotes where the value needs them.
 std::string predicate(std::string_view name, std::string_view value);
 

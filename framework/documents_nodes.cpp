@@ -59,6 +59,14 @@ const lys_module* module_of(const lyd_node* node) {
 
 }  // namespace
 
+std::string leaf_name(std::string_view path) {
+  // Values in the predicate of a leaf-list entry may hold anything.
+  const std::size_t entry = path.ends_with(']') ? path.rfind("[.=") : std::string_view::npos;
+  path = path.substr(0, entry);
+  const std::string_view step = path.substr(path.rfind('/') + 1);
+  return std::string(step.substr(step.find(':') + 1));
+}
+
 std::string predicate(std::string_view name, std::string_view value) {
   const char quote = value.find('\'') == std::string_view::npos ? '\'' : '"';
   return fmt::format("[{}={}{}{}]", name, quote, value, quote);

@@ -8,6 +8,7 @@
 
 #include "framework/edit_config.h"
 #include "framework/request_tree.h"
+#include "framework/unsaid.h"
 #include "framework/verify.h"
 
 namespace yfw {
@@ -82,23 +83,69 @@ Operation effective_operation(const lyd_node* node, Operation default_operation)
   return default_operation;
 }
 
-std::vector<std::string> touched_entries(const EditDocument& document, const Running& running) {
-  std::vector<std::string> names;
-  std::unordered_set<std::string> seen;
-  const auto touch = [&](std::string name) {
-    if (seen.insert(name).second) names.push_back(std::move(name));
-  };
+namespace {
+
+class Touching {
+ public:
+  explicit Touching(const Running& running) : running_(running) {}
+
+  void touch(const std::string& name) {
+    if (seen_.insert(name).second) touched_.names.push_back(name);
+    touched_.bystanders.erase(name);
+    named_.insert(name);
+  }
+
+  void touch_subinterfaces_of(const std::string& name) {
+    for (const std::string& each : running_.subinterfaces_of(name)) touch(each);
+  }
+
   // An interface without an entry of its own is there as long as one of its sub-interfaces is.
-  const auto touch_interface = [&](const std::string& name) {
-    touch(name);
-    if (running.entry(name) != nullptr) return;
-    const std::vector<std::string> subs = running.subinterfaces_of(name);
-    if (!subs.empty()) touch(subs.front());
-  };
-  const auto touch_all_of = [&](const std::string& name) {
-    touch(name);
-    for (const std::string& each : running.subinterfaces_of(name)) touch(each);
-  };
+  void pass(const std::string& name) {
+    pass_one(name);
+    if (running_.entry(name) != nullptr) return;
+    const std::vector<std::string> subs = running_.subinterfaces_of(name);
+    if (!subs.empty()) pass_one(subs.front());
+  }
+
+  void replaces(const std::string& name) { touched_.replaced.insert(name); }
+
+  Touched take() { return std::move(touched_); }
+
+ private:
+  void pass_one(const std::string& name) {
+    if (seen_.insert(name).second) touched_.names.push_back(name);
+    if (!named_.contains(name)) touched_.bystanders.insert(name);
+  }
+
+  const Running& running_;
+  Touched touched_;
+  std::unordered_set<std::string> seen_;
+  std::unordered_set<std::string> named_;
+};
+
+// True when the edit names something of an interface beside its sub-interfaces.
+bool names_itself(const lyd_node* interface) {
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child_no_keys(interface), child) {
+    if (!named(child, "subinterfaces")) return true;
+  }
+  return false;
+}
+
+// True when the node, or something in it but its sub-interfaces, is replaced.
+bool replaces_below(const lyd_node* node) {
+  if (operation_of(node, Operation::none) == Operation::replace) return true;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(node->schema == nullptr ? nullptr : lyd_child(node), child) {
+    if (!named(child, "subinterfaces") && replaces_below(child)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Touched touched_entries(const EditDocument& document, const Running& running) {
+  Touching touching(running);
   const auto is_whole = [](Operation operation) {
     return removes(operation) || operation == Operation::replace || operation == Operation::create;
   };
@@ -106,34 +153,38 @@ std::vector<std::string> touched_entries(const EditDocument& document, const Run
   LY_LIST_FOR(document.tree.get(), top) {
     const Operation outer = operation_of(top, document.default_operation);
     if (is_whole(outer)) {
-      for (const lyd_node* const entry : running.entries()) touch(std::string(entry_name(entry)));
+      for (const lyd_node* const entry : running.entries()) touching.touch(std::string(entry_name(entry)));
     }
     const lyd_node* interface = nullptr;
     LY_LIST_FOR(lyd_child(top), interface) {
       const std::string name = lyd_get_value(lyd_child(interface));
       const Operation own = operation_of(interface, outer);
       const lyd_node* const list = child_named(interface, "subinterfaces");
-      touch_interface(name);
-      if (is_whole(own) || (list != nullptr && is_whole(operation_of(list, own)))) touch_all_of(name);
+      const bool replaced = outer == Operation::replace || own == Operation::replace;
+      touching.pass(name);
+      if (replaced || replaces_below(interface)) touching.replaces(name);
+      if (is_whole(own) || names_itself(interface)) touching.touch(name);
+      if (is_whole(own) || (list != nullptr && is_whole(operation_of(list, own)))) {
+        touching.touch_subinterfaces_of(name);
+      }
       const lyd_node* sub = nullptr;
       LY_LIST_FOR(list == nullptr ? nullptr : lyd_child(list), sub) {
-        touch(join_interface_name(name, lyd_get_value(lyd_child(sub))));
+        const std::string sub_name = join_interface_name(name, lyd_get_value(lyd_child(sub)));
+        touching.touch(sub_name);
+        if (replaced || operation_of(list, own) == Operation::replace || replaces_below(sub)) {
+          touching.replaces(sub_name);
+        }
       }
     }
   }
-  return names;
+  return touching.take();
 }
 
 Data read_back(const Surroundings& around, const Running& running, const std::vector<std::string>& names,
                std::vector<Warning>& warnings) {
-  std::vector<const lyd_node*> entries;
-  for (const std::string& name : names) {
-    const lyd_node* const entry = running.entry(name);
-    if (entry != nullptr) entries.push_back(entry);
-  }
   Surroundings silent = around;
   silent.running = &running;
-  Data data = read_entries(silent, entries, FetchSet(), nullptr, warnings);
+  Data data = read_entries(silent, running.entries_of(names), FetchSet(), nullptr, warnings);
   make_valid(around.models, data, warnings);
   return data;
 }
@@ -209,6 +260,18 @@ void refuse_lost_trunk_entries(const Surroundings& around, const EditDocument& d
   refuse_lost_trunks(lost_trunk_entries(document, after));
 }
 
+// What will be there, and where something is not there to be deleted, what is there natively in its place.
+Expected expect_told(const Surroundings& around, const EditDocument& document, const Data& before,
+                     const std::vector<EntryVerdict>& unsaid, std::vector<Warning>& warnings) {
+  try {
+    return expect(around, document, before, warnings);
+  } catch (const Refused& refused) {
+    RpcError error = refused.error();
+    if (error.tag == "data-missing") error.message += unsaid_there(unsaid, error.path);
+    throw Refused(std::move(error));
+  }
+}
+
 }  // namespace
 
 PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, EditDocument document,
@@ -227,7 +290,7 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
     }
     check_values(document, document.tree, warnings);
     drop_idle(document.tree, document.default_operation);
-    spread_lists(document, nullptr);
+    spread_lists(document, nullptr, warnings);
     prepared.result.native = translate(around, document, warnings);
     refuse_lost_trunk_entries(around, document, prepared.result.native);
     return prepared;
@@ -236,25 +299,30 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   std::vector<Warning> unread;
   Surroundings reading = around;
   reading.trace = nullptr;
-  prepared.touched = touched_entries(document, *around.running);
+  const Touched touched = touched_entries(document, *around.running);
+  prepared.touched = touched.names;
   const Data before = read_back(reading, *around.running, prepared.touched, unread);
+  const std::vector<EntryVerdict> unsaid = judge_reading(reading, around.running->entries_of(prepared.touched), before);
   if (drop_absent_removes(document.tree, before, document.default_operation)) {
     for (const Warning& each : unread) warnings.push_back({each.path, "stays, it does not read back: " + each.message});
   }
-  const Expected expected = expect(around, document, before, warnings);
+  const Expected expected = expect_told(around, document, before, unsaid, warnings);
   check_values(document, expected.data, warnings);
   drop_idle(document.tree, document.default_operation);
   rewrite_units(around, document, before, expected.data, warnings);
-  spread_lists(document, around.running);
+  spread_lists(document, around.running, warnings);
   prepared.result.native = translate(around, document, warnings);
   if (expected.deferred.has_value()) throw Refused(*expected.deferred);
 
   prepared.candidate = around.running->copy(prepared.touched);
   apply_edit(prepared.candidate, prepared.result.native.get(), Operation::merge);
+  complete_replaces(document, prepared.result.native, prepared.candidate);
   validate_native(around, prepared.candidate);
   Running then(std::move(prepared.candidate));
   std::vector<Warning> unread_after;
   const Data after = read_back(reading, then, prepared.touched, unread_after);
+  report_unsaid(unsaid, then, touched, prepared.result);
+  if (settings.verify == Verify::strict) refuse_unsaid_loss(prepared.result.unsaid, then, touched);
   prepared.candidate = then.take();
   std::vector<Difference> found = differences(expected.data, after);
   refuse_lost_trunks(lost_trunk_entries(found));

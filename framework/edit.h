@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "framework/documents.h"
@@ -45,11 +46,24 @@ void check_one_form(const EditDocument& document);
 // entries that overlap are told.
 void check_values(const EditDocument& document, const Data& resulting, std::vector<Warning>& warnings);
 
+// False when configuration that is asked for as it stands here would be refused by one of these checks.
+bool is_writable(const lyd_node* node);
+
+// True for a container that the plug-in sees as a whole: match, ingress-mapping and switched-vlan/config.
+bool is_unit(const lyd_node* node);
+
 // The operation of a node of an edit, inherited where it has none of its own.
 Operation effective_operation(const lyd_node* node, Operation default_operation);
 
 // The native names that the edit may change.
-std::vector<std::string> touched_entries(const EditDocument& document, const Running& running);
+struct Touched {
+  std::vector<std::string> names;
+  // Those of which the edit names nothing: they are only the way to what it names, or hold the place of an interface.
+  std::unordered_set<std::string> bystanders;
+  // Those that the edit replaces, or of which it replaces something.
+  std::unordered_set<std::string> replaced;
+};
+Touched touched_entries(const EditDocument& document, const Running& running);
 
 // OpenConfig configuration of native entries, valid as far as it goes.
 Data read_back(const Surroundings& around, const Running& running, const std::vector<std::string>& names,
@@ -68,7 +82,11 @@ Expected expect(const Surroundings& around, const EditDocument& document, const 
 // Rewrites what container handlers of the plug-in see as a whole, and spreads operations on whole lists over entries.
 void rewrite_units(const Surroundings& around, EditDocument& document, const Data& before, const Data& expected,
                    std::vector<Warning>& warnings);
-void spread_lists(EditDocument& document, const Running* running);
+void spread_lists(EditDocument& document, const Running* running, std::vector<Warning>& warnings);
+
+// Completes a native edit, `candidate` being what it makes of the entries: of an entry that the document replaces, only
+// the entry itself, its layer, and what no loaded model of the mapping covers are kept.
+void complete_replaces(const EditDocument& document, Data& native, Data& candidate);
 
 // Walks the edit and turns its output into a native edit.
 Data translate(const Surroundings& around, const EditDocument& document, std::vector<Warning>& warnings);

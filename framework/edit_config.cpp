@@ -146,18 +146,19 @@ class Dropping {
  public:
   explicit Dropping(Data& edit) : edit_(edit) {}
 
-  bool drop_siblings(lyd_node* edit, const lyd_node* target, Operation outer) {
+  // `replaced`: something above is replaced, so that whatever is named is there afterwards.
+  bool drop_siblings(lyd_node* edit, const lyd_node* target, Operation outer, bool replaced = false) {
     bool dropped = false;
     while (edit != nullptr) {
       lyd_node* const next = edit->next;
-      if (!is_key_leaf(edit)) dropped = drop(edit, find_meant(target, edit), outer) || dropped;
+      if (!is_key_leaf(edit)) dropped = drop(edit, find_meant(target, edit), outer, replaced) || dropped;
       edit = next;
     }
     return dropped;
   }
 
  private:
-  bool drop(lyd_node* edit, const lyd_node* there, Operation outer) {
+  bool drop(lyd_node* edit, const lyd_node* there, Operation outer, bool replaced) {
     const Operation own = operation_of(edit, outer);
     if (removes(own)) {
       if (own == Operation::delete_ || exists(there)) return false;
@@ -171,9 +172,11 @@ class Dropping {
     }
     // What is replaced is empty before its new content comes.
     const lyd_node* const below = there == nullptr || own == Operation::replace ? nullptr : lyd_child(there);
-    if (!drop_siblings(lyd_child(edit), below, passed_down(own))) return false;
+    const bool replaces = replaced || own == Operation::replace;
+    if (!drop_siblings(lyd_child(edit), below, passed_down(own), replaces)) return false;
     if (has_content(edit)) return true;
-    if (operation_of(edit, Operation::none) == Operation::none && own != Operation::replace) {
+    const bool is_named_entry = replaced && edit->schema->nodetype == LYS_LIST;
+    if (operation_of(edit, Operation::none) == Operation::none && own != Operation::replace && !is_named_entry) {
       erase(edit);
     } else {
       mark_wanted(edit);

@@ -19,13 +19,6 @@ const lyd_node* parent_of(const lyd_node* node) {
   return node->parent == nullptr ? nullptr : &node->parent->node;
 }
 
-// match, ingress-mapping and switched-vlan/config.
-bool is_unit(const lyd_node* node) {
-  const lyd_node* const parent = parent_of(node);
-  if (named(node, "config")) return named(parent, "switched-vlan");
-  return named(parent, "vlan") && (named(node, "match") || named(node, "ingress-mapping"));
-}
-
 // The native containers that hold what a unit says. Lists and ranges stand in the encapsulation on L3 as well.
 std::vector<std::string_view> natives_of(const lyd_node* unit) {
   if (named(unit, "config")) return {"vlan-trunk-configuration"};
@@ -275,6 +268,12 @@ class Rewriter {
 
 }  // namespace
 
+bool is_unit(const lyd_node* node) {
+  const lyd_node* const parent = parent_of(node);
+  if (named(node, "config")) return named(parent, "switched-vlan");
+  return named(parent, "vlan") && (named(node, "match") || named(node, "ingress-mapping"));
+}
+
 void rewrite_units(const Surroundings& around, EditDocument& document, const Data& before, const Data& expected,
                    std::vector<Warning>& warnings) {
   Rewriter(around, document, before, expected, warnings).run();
@@ -285,7 +284,8 @@ namespace {
 // Turns an operation on a whole list into the same on each of its entries: those asked for and those there.
 class Spreader {
  public:
-  Spreader(EditDocument& document, const Running* running) : document_(document), running_(running) {}
+  Spreader(EditDocument& document, const Running* running, std::vector<Warning>& warnings)
+      : document_(document), running_(running), warnings_(warnings) {}
 
   void run() {
     lyd_node* top = nullptr;
@@ -331,13 +331,23 @@ class Spreader {
       entry = next;
     }
     set_operation(container, Operation::merge);
+    std::vector<std::string_view> unnamed;
     for (const std::string& key : present) {
       if (asked.contains(key)) continue;
+      unnamed.push_back(key);
       lyd_node* gone = nullptr;
       if (lyd_new_list(container, container->schema->module, list, 0, &gone, key.c_str()) == LY_SUCCESS) {
         set_operation(gone, Operation::remove);
       }
     }
+    if (!removes(operation) && !unnamed.empty()) tell_unnamed(container, list, unnamed);
+  }
+
+  void tell_unnamed(const lyd_node* container, const char* list, const std::vector<std::string_view>& unnamed) const {
+    const std::string what = unnamed.size() == 1 ? fmt::format("{} '{}' goes", list, unnamed.front())
+                                                 : fmt::format("{} entries of '{}' go, the first is '{}'",
+                                                               unnamed.size(), list, unnamed.front());
+    warnings_.push_back({path_of(container), fmt::format("replaced by a request that does not name them: {}", what)});
   }
 
   void spread_interfaces(lyd_node* interfaces, Operation operation) const {
@@ -379,12 +389,13 @@ class Spreader {
 
   EditDocument& document_;
   const Running* running_;
+  std::vector<Warning>& warnings_;
 };
 
 }  // namespace
 
-void spread_lists(EditDocument& document, const Running* running) {
-  Spreader(document, running).run();
+void spread_lists(EditDocument& document, const Running* running, std::vector<Warning>& warnings) {
+  Spreader(document, running, warnings).run();
 }
 
 }  // namespace yfw

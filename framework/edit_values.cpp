@@ -54,7 +54,8 @@ std::optional<Ids> ids_of(std::string_view entry) {
 
 class Check {
  public:
-  Check(const Data& resulting, std::vector<Warning>& warnings) : resulting_(resulting), warnings_(warnings) {}
+  // Without `resulting`, what is checked is all that there is.
+  Check(const Data* resulting, std::vector<Warning>& warnings) : resulting_(resulting), warnings_(warnings) {}
 
   void check(const lyd_node* node, Operation outer) {
     const Operation own = operation_of(node, outer);
@@ -82,10 +83,11 @@ class Check {
   }
 
   const lyd_node* resulting(const lyd_node* node) const {
+    if (resulting_ == nullptr) return node;
     lyd_node* found = nullptr;
-    if (resulting_.empty()) return nullptr;
-    lyd_find_path(resulting_.get(), path_of(node).c_str(), 0, &found);
-    return found;
+    if (resulting_->empty()) return nullptr;
+    const LY_ERR result = lyd_find_path(resulting_->get(), path_of(node).c_str(), 0, &found);
+    return result == LY_SUCCESS ? found : nullptr;
   }
 
   void check_bounds(const lyd_node* container, const Bounds& bounds) const {
@@ -126,14 +128,36 @@ class Check {
     }
   }
 
-  const Data& resulting_;
+  const Data* resulting_;
   std::vector<Warning>& warnings_;
 };
 
+// A match of several forms.
+bool holds_two_forms(const lyd_node* node) {
+  if (is_term(node->schema)) return false;
+  if (is_unit(node)) return named(node, "match") && lyd_child(node) != nullptr && lyd_child(node)->next != nullptr;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (holds_two_forms(child)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
+bool is_writable(const lyd_node* node) {
+  if (holds_two_forms(node)) return false;
+  std::vector<Warning> ignored;
+  try {
+    Check(nullptr, ignored).check(node, Operation::merge);
+  } catch (const Refused&) {
+    return false;
+  }
+  return true;
+}
+
 void check_values(const EditDocument& document, const Data& resulting, std::vector<Warning>& warnings) {
-  Check check(resulting, warnings);
+  Check check(&resulting, warnings);
   const lyd_node* top = nullptr;
   LY_LIST_FOR(document.tree.get(), top) {
     check.check(top, document.default_operation);

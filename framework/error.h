@@ -22,6 +22,7 @@ struct RpcError {
 struct Warning {
   std::string path;  // instance path, empty when the warning is about the request as a whole
   std::string message;
+  bool unsaid = false;  // about native settings that OpenConfig does not say; there are records of them too
 };
 
 // The request was understood and refused. Nothing was applied.

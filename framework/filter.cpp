@@ -4,11 +4,14 @@
 #include <libyang/libyang.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <span>
 #include <stdexcept>
 #include <unordered_map>
 #include <utility>
 
+#include "framework/running.h"
 #include "framework/schema.h"
 
 namespace yfw {
@@ -155,6 +158,56 @@ Data select(const Data& data, const Data& filter) {
 
 namespace {
 
+// Whether a criterion for an entry can mean the one with this key.
+bool means(const Criterion& entry, std::string_view key) {
+  return std::all_of(entry.matches.begin(), entry.matches.end(), [key](const Criterion& match) {
+    return match.schema == nullptr || !lysc_is_key(match.schema) || match.value == key;
+  });
+}
+
+// Whether the path of names, each below the one before, is selected whole; `keys` are those of the lists on it.
+bool selects_whole(const std::vector<Criterion>& criteria, std::span<const std::string_view> path,
+                   std::span<const std::string_view> keys) {
+  return std::any_of(criteria.begin(), criteria.end(), [&](const Criterion& each) {
+    if (each.schema == nullptr || each.schema->name != path.front()) return false;
+    const bool list = is_list(each.schema);
+    if (list && !means(each, keys.front())) return false;
+    if (each.takes_all()) return true;
+    return path.size() > 1 && selects_whole(each.selections, path.subspan(1), list ? keys.subspan(1) : keys);
+  });
+}
+
+}  // namespace
+
+std::unordered_set<std::string> entries_selected_whole(const Data& filter, const Data& selected) {
+  static constexpr std::array<std::string_view, 4> kPath{"interfaces", "interface", "subinterfaces", "subinterface"};
+  const std::span<const std::string_view> path(kPath);
+  std::vector<Criterion> criteria;
+  const lyd_node* node = nullptr;
+  LY_LIST_FOR(filter.get(), node) {
+    criteria.push_back(compile(node));
+  }
+  std::unordered_set<std::string> names;
+  const auto add = [&](std::string_view name, std::string_view index) {
+    const std::array<std::string_view, 2> keys{name, index};
+    if (selects_whole(criteria, index.empty() ? path.first(2) : path, keys)) {
+      names.insert(join_interface_name(name, index));
+    }
+  };
+  LY_LIST_FOR(lyd_child(selected.get()), node) {
+    const std::string_view name = lyd_get_value(lyd_child(node));
+    add(name, {});
+    const lyd_node* const list = child_named(node, "subinterfaces");
+    const lyd_node* sub = nullptr;
+    LY_LIST_FOR(list == nullptr ? nullptr : lyd_child(list), sub) {
+      add(name, lyd_get_value(lyd_child(sub)));
+    }
+  }
+  return names;
+}
+
+namespace {
+
 bool is_state(const lyd_node* node) {
   return (node->schema->flags & LYS_CONFIG_R) != 0;
 }
@@ -203,6 +256,14 @@ bool holds_state(const lyd_node* node) {
 }
 
 }  // namespace
+
+bool holds_state(const Data& data) {
+  const lyd_node* node = nullptr;
+  LY_LIST_FOR(data.get(), node) {
+    if (holds_state(node)) return true;
+  }
+  return false;
+}
 
 Data take_state(Data& data) {
   Data state = data.clone();

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <optional>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "framework/documents.h"
 #include "framework/edit.h"
@@ -14,6 +16,7 @@
 #include "framework/plugin.h"
 #include "framework/reader.h"
 #include "framework/running.h"
+#include "framework/unsaid.h"
 
 namespace yfw {
 
@@ -103,9 +106,35 @@ struct Host::Impl {
     make_valid(models.get(), all, invalid);
     keep_selected(invalid, unjudged, filter);
     std::move(invalid.begin(), invalid.end(), std::back_inserter(result.warnings));
+    if (filter.empty()) {
+      report_unsaid(judge_reading(around(), entries, all), result);
+      result.data = std::move(all);
+    } else {
+      result.data = select(all, filter);
+      report_unsaid(judge_selected(fetch, filter, all, result.data), result);
+    }
     note(result.warnings);
-    result.data = select(all, filter);
     return result;
+  }
+
+  // What a filtered read leaves unsaid: in the parts of entries that the filter asks for, and in all of those that it
+  // selects whole.
+  std::vector<EntryVerdict> judge_selected(const FetchSet& fetch, const Data& filter, const Data& all,
+                                           const Data& selected) {
+    const std::unordered_set<std::string> whole = entries_selected_whole(filter, selected);
+    const auto is_whole = [&whole](const lyd_node* entry) { return whole.contains(std::string(entry_name(entry))); };
+    std::unordered_map<const lyd_node*, std::unordered_set<const lysc_node*>> asked;
+    std::vector<const lyd_node*> judged;
+    if (running.has_value()) judged = running->entries();
+    std::erase_if(judged, [&](const lyd_node* entry) {
+      auto wanted = fetch.asked_of(entry_name(entry));
+      if (wanted.empty() && !is_whole(entry)) return true;
+      asked.emplace(entry, std::move(wanted));
+      return false;
+    });
+    return judge_reading(around(), judged, all, [&](const lyd_node* entry, const lyd_node* child) {
+      return is_whole(entry) || FetchSet::is_wanted(child, asked.at(entry));
+    });
   }
 
   HostOptions options;

@@ -56,15 +56,39 @@ struct Difference {
   std::string advice;  // the known exception that it is and what to ask for instead; empty when unknown
 };
 
+// A native leaf or presence container that the OpenConfig reading of its entry does not say: writing the reading back,
+// onto an entry that has only its layer, does not produce it with this value.
+struct Unsaid {
+  enum class Fate : std::uint8_t { stays, goes };
+  std::string entry;       // native name of the interface, e.g. "Ethernet0/0/1.100"
+  std::string path;        // native instance path
+  std::string value;       // value text; empty for a leaf without one
+  Fate fate;               // what an edit does to it; a read leaves everything as it is
+  std::string misread_as;  // what OpenConfig takes its container for, e.g. "the list 10,30"; empty when for nothing else
+};
+
+// A native container that OpenConfig takes for something else: writing the reading back makes leaves that are not
+// there, or not with this value.
+struct Misreading {
+  std::string entry;               // native name of the interface
+  std::string path;                // native instance path of the container
+  std::string reads_as;            // in words, e.g. "the list 10,30"
+  std::string natively;            // in words, e.g. "10-20,30"
+  std::vector<std::string> makes;  // native instance paths of the leaves
+};
+
 struct EditResult {
   Data native;  // the native edit, with operations, ready to print
   std::vector<Warning> warnings;
   std::vector<Difference> differences;  // empty without a running configuration or with Verify::off
+  std::vector<Unsaid> unsaid;           // of the entries that the edit touches, as they were before it
 };
 
 struct ReadResult {
   Data data;
   std::vector<Warning> warnings;
+  std::vector<Unsaid> unsaid;  // of the entries that were read, as far as the filter asks for them
+  std::vector<Misreading> misread;
 };
 
 struct FetchResult {

@@ -427,7 +427,7 @@ void make_configuration_valid(const ly_ctx* models, Data& data, std::vector<Warn
 void make_valid(const ly_ctx* models, Data& data, std::vector<Warning>& warnings) {
   if (data.empty()) return;
   // State is what the device tells; only configuration has to be complete.
-  Data state = take_state(data);
+  Data state = holds_state(data) ? take_state(data) : Data();
   if (!data.empty()) make_configuration_valid(models, data, warnings);
   strip_defaults(data);
   if (!state.empty()) lyd_merge_siblings(data.out(), state.release(), LYD_MERGE_DESTRUCT);

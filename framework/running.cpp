@@ -94,6 +94,15 @@ const lyd_node* Running::entry(std::string_view native_name) const {
   return found == by_name_.end() ? nullptr : found->second;
 }
 
+std::vector<const lyd_node*> Running::entries_of(const std::vector<std::string>& native_names) const {
+  std::vector<const lyd_node*> entries;
+  for (const std::string& name : native_names) {
+    const lyd_node* const found = entry(name);
+    if (found != nullptr) entries.push_back(found);
+  }
+  return entries;
+}
+
 std::vector<std::string> Running::subinterfaces_of(std::string_view name) const {
   const auto found = subinterfaces_.find(std::string(name));
   return found == subinterfaces_.end() ? std::vector<std::string>() : found->second;

@@ -46,6 +46,9 @@ class Running {
   // All entries, in the order of the configuration.
   const std::vector<const lyd_node*>& entries() const { return order_; }
 
+  // The entries of these names; names without an entry are left out.
+  std::vector<const lyd_node*> entries_of(const std::vector<std::string>& native_names) const;
+
   // Native names of the sub-interfaces of an interface that have an entry.
   std::vector<std::string> subinterfaces_of(std::string_view name) const;
 

@@ -22,6 +22,7 @@ Complaint last_complaint(const ly_ctx* models);
 inline constexpr char kInterfacesModule[] = "openconfig-interfaces";
 inline constexpr char kNativeInterfaceModule[] = "Vexnet-OS-interface-cfg";
 inline constexpr char kNativeInterfaceNs[] = "http://vexnet.com/ns/yang/Vexnet-OS-interface-cfg";
+inline constexpr char kNativeVlanModule[] = "Vexnet-OS-l2-eth-infra-cfg";
 inline constexpr char kNativeOperModule[] = "Vexnet-OS-l2-eth-infra-oper";
 
 // The data child of `parent` called `name`; null `parent` asks for the top-level nodes of `module`. Where two modules

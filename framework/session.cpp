@@ -288,7 +288,7 @@ std::optional<bool> Session::is_l2_interface(std::string_view mangled_name) {
 
 const lyd_node* Session::sysdb_entry(std::string_view mangled_name) const {
   const Running* const running = around_.running;
-  if (running == nullptr) return nullptr;
+  if (running == nullptr || around_.layers_only) return nullptr;
   if (mangled(interface_name_).substr(0, kLongestSysdbName) == mangled_name) return running->entry(interface_name_);
   for (const lyd_node* const each : running->entries()) {
     if (mangled(entry_name(each)).substr(0, kLongestSysdbName) == mangled_name) return each;

@@ -31,6 +31,8 @@ struct Surroundings {
   const Plugins* plugins = nullptr;
   bool bind_subinterface_vlan_id = false;
   const Running* running = nullptr;  // null: no running configuration is known
+  // What is known of running entries is their layer and nothing else.
+  bool layers_only = false;
   Layer layer = Layer::from_running;
   const std::function<void(const TraceLine&)>* trace = nullptr;  // null: no trace
 };

@@ -295,7 +295,7 @@ INSTANTIATE_TEST_SUITE_P(
                  native({{"Ethernet0/0/1", ""},
                          {kSub, encapsulation("<outer-range1-low>200</outer-range1-low>"
                                               "<outer-tag-type>match-dot1q</outer-tag-type>")}}),
-                 ""},
+                 "subinterfaces: replaced by a request that does not name them: subinterface '200' goes"},
         EditCase{"DescriptionBesideTheVlanPart", native({{kSub, ""}}),
                  on_subinterface(fmt::format("<config><index>100</index><description>up</description>"
                                              "<enabled>false</enabled></config>"

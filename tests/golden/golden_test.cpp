@@ -160,7 +160,14 @@ class Device : public Golden, public testing::WithParamInterface<Setting> {
                           .running = running.empty() ? "" : kExamples + running,
                           .oper = oper.empty() ? "" : kExamples + oper,
                           .options = {}};
-    expect_file(kExamples + expected, request, [this](const Request& asked) { return back_end_->read(asked); });
+    expect_file(kExamples + expected, request, [this](const Request& asked) { return back_end_->read(asked); },
+                running.empty() ? "" : contents(kExamples + "running-read-warnings.txt"));
+  }
+
+  // The same answer in every format.
+  template <typename Ask>
+  void expect_file(const std::string& file, const Request& request, const Ask& ask, const std::string& remarks) const {
+    for (const Format format : kFormats) Golden::expect_file(file, request, format, ask, remarks);
   }
 };
 
@@ -187,8 +194,9 @@ TEST_P(Device, AnswersFilters) {
                             .running = kExamples + "running.xml",
                             .oper = "",
                             .options = {}};
-      expect_file(kExamples + filter + "-openconfig.xml", request,
-                  [this](const Request& asked) { return back_end_->read(asked); });
+      expect_file(
+          kExamples + filter + "-openconfig.xml", request,
+          [this](const Request& asked) { return back_end_->read(asked); }, "");
     }
   }
 }
@@ -198,7 +206,9 @@ TEST_P(Device, ChangesNothingWhenItsConfigurationIsAskedAgain) {
                         .running = kExamples + "running.xml",
                         .oper = "",
                         .options = {}};
-  expect_file(kExamples + "running.xml", request, [this](const Request& asked) { return back_end_->apply(asked); });
+  expect_file(
+      kExamples + "running.xml", request, [this](const Request& asked) { return back_end_->apply(asked); },
+      contents(kExamples + "running-written-back-warnings.txt"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Settings, Device, testing::ValuesIn(kSettings),
