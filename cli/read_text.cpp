@@ -41,8 +41,8 @@ NativeWords native_words(const std::vector<yfw::Unsaid>& unsaid) {
   for (std::size_t i = 0; i < unsaid.size();) {
     std::size_t end = i;
     while (end < unsaid.size() && unsaid[end].entry == unsaid[i].entry) ++end;
-    std::string text = yfw::unsaid_words({unsaid.begin() + static_cast<std::ptrdiff_t>(i),
-                                          unsaid.begin() + static_cast<std::ptrdiff_t>(end)});
+    std::string text = yfw::unsaid_words(
+        {unsaid.begin() + static_cast<std::ptrdiff_t>(i), unsaid.begin() + static_cast<std::ptrdiff_t>(end)});
     if (!text.empty()) words[unsaid[i].entry] = std::move(text);
     i = end;
   }

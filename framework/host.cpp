@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <unordered_map>
 #include <unordered_set>
 
 #include "framework/documents.h"
@@ -108,10 +107,11 @@ struct Host::Impl {
     std::move(invalid.begin(), invalid.end(), std::back_inserter(result.warnings));
     if (filter.empty()) {
       report_unsaid(judge_reading(around(), entries, all), result);
+      report_unsaid_state(around(), state, nullptr, result);
       result.data = std::move(all);
     } else {
       result.data = select(all, filter);
-      report_unsaid(judge_selected(fetch, filter, all, result.data), result);
+      tell_unsaid_of_selected(fetch, filter, all, state, result);
     }
     note(result.warnings);
     return result;
@@ -119,22 +119,28 @@ struct Host::Impl {
 
   // What a filtered read leaves unsaid: in the parts of entries that the filter asks for, and in all of those that it
   // selects whole.
-  std::vector<EntryVerdict> judge_selected(const FetchSet& fetch, const Data& filter, const Data& all,
-                                           const Data& selected) {
-    const std::unordered_set<std::string> whole = entries_selected_whole(filter, selected);
+  void tell_unsaid_of_selected(const FetchSet& fetch, const Data& filter, const Data& all, const Data& state,
+                               ReadResult& result) {
+    const std::unordered_set<std::string> whole = entries_selected_whole(filter, result.data);
     const auto is_whole = [&whole](const lyd_node* entry) { return whole.contains(std::string(entry_name(entry))); };
-    std::unordered_map<const lyd_node*, std::unordered_set<const lysc_node*>> asked;
+    // Consecutive questions are about one entry.
+    std::string asked_entry;
+    std::unordered_set<const lysc_node*> asked;
+    const auto asked_of = [&](const lyd_node* entry) -> const std::unordered_set<const lysc_node*>& {
+      if (asked_entry != entry_name(entry)) {
+        asked_entry = entry_name(entry);
+        asked = fetch.asked_of(asked_entry);
+      }
+      return asked;
+    };
+    const Scope scope = [&](const lyd_node* entry, const lyd_node* node) {
+      return is_whole(entry) || FetchSet::is_wanted(node, asked_of(entry));
+    };
     std::vector<const lyd_node*> judged;
     if (running.has_value()) judged = running->entries();
-    std::erase_if(judged, [&](const lyd_node* entry) {
-      auto wanted = fetch.asked_of(entry_name(entry));
-      if (wanted.empty() && !is_whole(entry)) return true;
-      asked.emplace(entry, std::move(wanted));
-      return false;
-    });
-    return judge_reading(around(), judged, all, [&](const lyd_node* entry, const lyd_node* child) {
-      return is_whole(entry) || FetchSet::is_wanted(child, asked.at(entry));
-    });
+    std::erase_if(judged, [&](const lyd_node* entry) { return !is_whole(entry) && asked_of(entry).empty(); });
+    report_unsaid(judge_reading(around(), judged, all, scope), result);
+    report_unsaid_state(around(), state, scope, result);
   }
 
   HostOptions options;

@@ -60,11 +60,12 @@ struct Difference {
 // onto an entry that has only its layer, does not produce it with this value.
 struct Unsaid {
   enum class Fate : std::uint8_t { stays, goes };
-  std::string entry;       // native name of the interface, e.g. "Ethernet0/0/1.100"
-  std::string path;        // native instance path
-  std::string value;       // value text; empty for a leaf without one
-  Fate fate;               // what an edit does to it; a read leaves everything as it is
-  std::string misread_as;  // what OpenConfig takes its container for, e.g. "the list 10,30"; empty when for nothing else
+  std::string entry;  // native name of the interface, e.g. "Ethernet0/0/1.100"
+  std::string path;   // native instance path
+  std::string value;  // value text; empty for a leaf without one
+  Fate fate;          // what an edit does to it; a read leaves everything as it is
+  std::string
+      misread_as;  // what OpenConfig takes its container for, e.g. "the list 10,30"; empty when for nothing else
 };
 
 // A native container that OpenConfig takes for something else: writing the reading back makes leaves that are not

@@ -174,9 +174,15 @@ FetchSet::FetchSet(const OutputTree& output) : everything_(false) {
     if (node.asked) asked.insert(node.schema);
     for (const OutputNode* const each : node.children) self(self, *each, asked);
   };
-  for (const OutputNode* const root : output.top().children) {
-    for (const OutputNode* const entry : root->children) collect(collect, *entry, by_entry_[entry->key]);
-  }
+  // Natively, configuration has its entries at the top, operational data below each card.
+  const auto find_entries = [&](const auto& self, const OutputNode& node) -> void {
+    if (is_list(node.schema) && std::strcmp(node.schema->name, "node") != 0) {
+      collect(collect, node, by_entry_[node.key]);
+      return;
+    }
+    for (const OutputNode* const each : node.children) self(self, *each);
+  };
+  for (const OutputNode* const root : output.top().children) find_entries(find_entries, *root);
 }
 
 void FetchSet::merge(const FetchSet& other) {

@@ -137,6 +137,17 @@ struct RequestTree::Builder {
   }
 };
 
+yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t count) {
+  yfw_datatree record{};
+  if (node == nullptr) return record;
+  record.tag = node->schema->name;
+  record.ns = namespace_of(node->schema);
+  record.subtrees = children;
+  record.subtree_count = count;
+  record.node_flags = kHasSubtrees;
+  return record;
+}
+
 yfw_datatree* RequestTree::edit(const lyd_node* node, Operation default_operation, const Namespaces& namespaces) {
   return Builder{arena_, &namespaces}.build(node, default_operation);
 }

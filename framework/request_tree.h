@@ -12,6 +12,9 @@ struct lyd_node;
 
 namespace yfw {
 
+// A record for a node with these children, which are somebody else's; empty for null.
+yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t count);
+
 // All nodes of one request, in one arena: children are contiguous, texts writable, everything goes at once.
 class RequestTree {
  public:

@@ -60,8 +60,8 @@ const lyd_node* child_of(const lyd_node* parent, const lysc_node* schema) {
 
 // False when the native model has no such value.
 bool has_value(const WrittenLeaf& leaf) {
-  const LY_ERR result = lyd_value_validate(leaf.schema->module->ctx, leaf.schema, leaf.value.c_str(),
-                                           leaf.value.size(), nullptr, nullptr, nullptr);
+  const LY_ERR result = lyd_value_validate(leaf.schema->module->ctx, leaf.schema, leaf.value.c_str(), leaf.value.size(),
+                                           nullptr, nullptr, nullptr);
   return result == LY_SUCCESS || result == LY_EINCOMPLETE;
 }
 
@@ -163,18 +163,6 @@ class WritingBack {
     return (there != nullptr && leaf.value == lyd_get_value(there)) || has_value(leaf);
   }
 
-  static yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t count) {
-    constexpr uint8_t kHasSubtrees = 0x40;
-    yfw_datatree record{};
-    if (node == nullptr) return record;
-    record.tag = node->schema->name;
-    record.ns = namespace_of(node->schema);
-    record.subtrees = children;
-    record.subtree_count = count;
-    record.node_flags = kHasSubtrees;
-    return record;
-  }
-
   // A text with no room for all entries is refused when it is asked for.
   static bool keeps_trunk_entries(const lyd_node* part, const Written& written) {
     const std::size_t asked = count_trunk_entries(part);
@@ -250,10 +238,11 @@ class Comparison {
     const lyd_node* const there = find_container(verdict_.entry, container);
     if (there != nullptr && scope_ != nullptr && !scope_(verdict_.entry, there)) return;
     std::vector<EntryVerdict::Misread>& all = verdict_.misread;
-    auto known = std::find_if(all.begin(), all.end(), [container](const auto& each) { return each.container == container; });
+    auto known =
+        std::find_if(all.begin(), all.end(), [container](const auto& each) { return each.container == container; });
     if (known == all.end()) {
-      all.push_back({container, reading_words(reading, container->name),
-                     there == nullptr ? "nothing" : native_words(there), {}});
+      all.push_back(
+          {container, reading_words(reading, container->name), there == nullptr ? "nothing" : native_words(there), {}});
       known = all.end() - 1;
     }
     known->makes.push_back(leaf);
@@ -328,7 +317,8 @@ std::string path_below(const lyd_node* entry, const lysc_node* schema) {
   for (; schema != nullptr && schema != entry->schema; schema = schema->parent) {
     if ((schema->nodetype & (LYS_CHOICE | LYS_CASE)) != 0) continue;
     const bool other_module = schema->parent == nullptr || schema->parent->module != schema->module;
-    path = fmt::format("/{}{}{}", other_module ? schema->module->name : "", other_module ? ":" : "", schema->name) + path;
+    path =
+        fmt::format("/{}{}{}", other_module ? schema->module->name : "", other_module ? ":" : "", schema->name) + path;
   }
   return path_of(entry) + path;
 }
@@ -366,8 +356,7 @@ void report_unsaid(const std::vector<EntryVerdict>& verdicts, ReadResult& result
     std::string settings;
     for (const lyd_node* const leaf : verdict.unsaid) {
       if (!is_named_by_others(leaf)) append(settings, ", ", setting(verdict.entry, leaf));
-      result.unsaid.push_back(
-          {name, path_of(leaf), value_of(leaf), Unsaid::Fate::stays, misread_as(verdict, leaf)});
+      result.unsaid.push_back({name, path_of(leaf), value_of(leaf), Unsaid::Fate::stays, misread_as(verdict, leaf)});
     }
     std::string text = settings.empty() ? "" : fmt::format("OpenConfig does not say: {}", settings);
     for (const EntryVerdict::Misread& misread : verdict.misread) {

@@ -35,13 +35,17 @@ bool is_covered(const lysc_node* node);
 using Scope = std::function<bool(const lyd_node* entry, const lyd_node* node)>;
 
 // Judges `reading`, valid OpenConfig configuration (state in it does not count), as the reading of these native
-// entries, which are `around.running`'s. What `scope` leaves out need not have been read. Entries that are said whole have no
-// verdict.
+// entries, which are `around.running`'s. What `scope` leaves out need not have been read. Entries that are said whole
+// have no verdict.
 std::vector<EntryVerdict> judge_reading(const Surroundings& around, const std::vector<const lyd_node*>& entries,
                                         const Data& reading, const Scope& scope = nullptr);
 
 // Verdicts as records, and as a warning for each entry.
 void report_unsaid(const std::vector<EntryVerdict>& verdicts, ReadResult& result);
+
+// The leaves of operational data that their reading does not say, as records, and a warning for each entry. `scope`
+// says which containers count.
+void report_unsaid_state(const Surroundings& around, const Data& operational, const Scope& scope, ReadResult& result);
 
 // What an edit did to what was unsaid before it: records, and a warning for each entry and fate. `candidate` holds the
 // entries as they will be. Of bystanders only what goes is told.

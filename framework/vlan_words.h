@@ -25,7 +25,8 @@ std::string native_words(const lyd_node* container);
 // OpenConfig entry; null or a container that nothing is read from has none.
 std::string reading_words(const lyd_node* reading, const char* native_container);
 
-// Those unsaid settings of one native entry that are about VLANs, by containers, e.g. "rewrite pop2"; empty when none is.
+// Those unsaid settings of one native entry that are about VLANs, by containers, e.g. "rewrite pop2"; empty when none
+// is.
 std::string unsaid_words(const std::vector<Unsaid>& unsaid);
 
 }  // namespace yfw

@@ -160,8 +160,10 @@ class Device : public Golden, public testing::WithParamInterface<Setting> {
                           .running = running.empty() ? "" : kExamples + running,
                           .oper = oper.empty() ? "" : kExamples + oper,
                           .options = {}};
-    expect_file(kExamples + expected, request, [this](const Request& asked) { return back_end_->read(asked); },
-                running.empty() ? "" : contents(kExamples + "running-read-warnings.txt"));
+    expect_file(
+        kExamples + expected, request, [this](const Request& asked) { return back_end_->read(asked); },
+        (running.empty() ? "" : contents(kExamples + "running-read-warnings.txt")) +
+            (oper.empty() ? "" : contents(kExamples + "oper-read-warnings.txt")));
   }
 
   // The same answer in every format.
