@@ -8,6 +8,7 @@
 
 #include "framework/edit_config.h"
 #include "framework/request_tree.h"
+#include "framework/trunk_text.h"
 #include "framework/verify.h"
 
 namespace yfw {
@@ -169,6 +170,15 @@ void let_plugin_refuse(const Surroundings& around, const EditDocument& document,
   translate(around, alone, ignored);
 }
 
+// What a replace writes again in other words stays as the device has it.
+void keep_stored(const Data& candidate, const Running& running) {
+  lyd_node* entry = nullptr;
+  LY_LIST_FOR(candidate.empty() ? nullptr : lyd_child(candidate.get()), entry) {
+    const lyd_node* const stored = running.entry(entry_name(entry));
+    if (stored != nullptr) keep_stored_texts(entry, stored);
+  }
+}
+
 void validate_native(const Surroundings& around, Data& candidate) {
   if (candidate.empty()) return;
   if (lyd_validate_all(candidate.out(), nullptr, LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS)
@@ -251,6 +261,7 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
 
   prepared.candidate = around.running->copy(prepared.touched);
   apply_edit(prepared.candidate, prepared.result.native.get(), Operation::merge);
+  keep_stored(prepared.candidate, *around.running);
   validate_native(around, prepared.candidate);
   Running then(std::move(prepared.candidate));
   std::vector<Warning> unread_after;
