@@ -216,7 +216,7 @@ void refuse_lost_trunk_entries(const Surroundings& around, const EditDocument& d
   for (const lyd_node* const entry : alone.entries()) names.emplace_back(entry_name(entry));
   std::vector<Warning> ignored;
   const Data after = read_entries(around, alone.entries(), FetchSet(), nullptr, ignored);
-  refuse_lost_trunks(lost_trunk_entries(document, after));
+  refuse_lost_trunks(lost_trunk_entries(document, after), document.tree);
 }
 
 }  // namespace
@@ -268,7 +268,7 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   const Data after = read_back(reading, then, prepared.touched, unread_after);
   prepared.candidate = then.take();
   std::vector<Difference> found = differences(expected.data, after);
-  refuse_lost_trunks(lost_trunk_entries(found));
+  refuse_lost_trunks(lost_trunk_entries(found), expected.data);
   if (settings.verify == Verify::strict && !found.empty()) throw Refused(refusal_of(found));
   if (settings.verify != Verify::off) prepared.result.differences = std::move(found);
   return prepared;

@@ -1,8 +1,12 @@
-// The one way to write a text of trunk VLANs.
+// The one form of a text of trunk VLANs, and the room that one takes.
 #include "framework/trunk_text.h"
 
+#include <fmt/format.h>
 #include <libyang/libyang.h>
 
+#include <algorithm>
+#include <charconv>
+#include <optional>
 #include <string_view>
 
 #include "framework/schema.h"
@@ -20,6 +24,26 @@ bool is_trunk_text(const lysc_node* leaf) {
   if (parsed == nullptr || kModule != leaf->module->name) return false;
   if (leaf->nodetype == LYS_LEAF) return kType == reinterpret_cast<const lysp_node_leaf*>(parsed)->type.name;
   return leaf->nodetype == LYS_LEAFLIST && kType == reinterpret_cast<const lysp_node_leaflist*>(parsed)->type.name;
+}
+
+struct Range {
+  int low;
+  int high;
+};
+
+std::optional<int> id_of(std::string_view text) {
+  int id = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), id);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return id;
+}
+
+std::optional<Range> range_of(std::string_view entry) {
+  const std::size_t dots = entry.find("..");
+  const std::optional<int> low = id_of(entry.substr(0, dots));
+  const std::optional<int> high = dots == std::string_view::npos ? low : id_of(entry.substr(dots + 2));
+  if (!low.has_value() || !high.has_value() || *low > *high) return std::nullopt;
+  return Range{*low, *high};
 }
 
 lyd_node* twin_of(const lyd_node* node, const lyd_node* siblings) {
@@ -65,6 +89,40 @@ void keep_stored_texts(lyd_node* changed, const lyd_node* stored) {
     const lyd_node* const twin = twin_of(child, lyd_child(stored));
     if (twin != nullptr) keep_stored_texts(child, twin);
   }
+}
+
+std::string native_trunk_text(const std::vector<std::string>& entries) {
+  std::string text;
+  for (const std::string_view entry : entries) {
+    const std::size_t dots = entry.find("..");
+    if (!text.empty()) text += ',';
+    text += entry.substr(0, dots);
+    if (dots != std::string_view::npos) text.append(1, '-').append(entry.substr(dots + 2));
+  }
+  return text;
+}
+
+std::vector<std::string> runs_as_ranges(const std::vector<std::string>& entries) {
+  std::vector<Range> ranges;
+  std::vector<std::string> result;
+  std::vector<std::string> none;
+  for (const std::string& entry : entries) {
+    const std::optional<Range> range = range_of(entry);
+    if (range.has_value()) {
+      ranges.push_back(*range);
+    } else {
+      none.push_back(entry);
+    }
+  }
+  std::sort(ranges.begin(), ranges.end(), [](const Range& a, const Range& b) { return a.low < b.low; });
+  for (std::size_t i = 0; i < ranges.size();) {
+    Range run = ranges[i];
+    while (++i < ranges.size() && ranges[i].low <= run.high + 1) run.high = std::max(run.high, ranges[i].high);
+    result.push_back(run.low == run.high ? fmt::format("{}", run.low) : fmt::format("{}..{}", run.low, run.high));
+  }
+  // A range upside down is a range of no ids; a device may hold one all the same.
+  result.insert(result.end(), none.begin(), none.end());
+  return result;
 }
 
 }  // namespace yfw

@@ -72,6 +72,30 @@ TEST(TrunkText, IsComparedByWhatItSays) {
   EXPECT_FALSE(compare(native(running_of("1", "a b")), native(running_of("1", "ab"))).empty());
 }
 
+struct Written {
+  std::vector<std::string> entries;
+  const char* text;
+  std::vector<std::string> ranges;
+};
+
+const Written kWritten[] = {
+    {{}, "", {}},
+    {{"10"}, "10", {"10"}},
+    {{"10", "20..30"}, "10,20-30", {"10", "20..30"}},
+    {{"3", "1", "2"}, "3,1,2", {"1..3"}},
+    {{"1", "2..4", "5", "7"}, "1,2-4,5,7", {"1..5", "7"}},
+    {{"1..10", "3..4", "10", "12"}, "1-10,3-4,10,12", {"1..10", "12"}},
+    {{"9..5", "6"}, "9-5,6", {"6", "9..5"}},
+    {{"4094", "4093"}, "4094,4093", {"4093..4094"}},
+};
+
+TEST(TrunkText, IsWrittenFromEntries) {
+  for (const Written& each : kWritten) {
+    EXPECT_EQ(native_trunk_text(each.entries), each.text);
+    EXPECT_EQ(runs_as_ranges(each.entries), each.ranges) << each.text;
+  }
+}
+
 Host make_host(const std::string& running) {
   Host host({.yang_dir = OC_VLAN_SOURCE_DIR "/yang"});
   host.load_plugin(OC_VLAN_PLUGIN_FILE);
