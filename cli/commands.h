@@ -37,8 +37,9 @@ std::string read(Session& session);
 std::string fetch(Session& session);
 std::string diff(Session& session);
 
-// Leaves that are configured one way and are another way, a leaf a line. `data` holds configuration and state.
+// Where configuration and state, both in `data`, differ: a leaf a line, or the same as a document.
 std::string compare_state(const yfw::Data& data);
+std::string compare_state(const yfw::Data& data, yfw::Format format);
 
 // A table with a line for each interface and sub-interface that was read, and a column for each of `sides`, which are
 // "config" and "state" or one of them.

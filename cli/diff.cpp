@@ -97,7 +97,7 @@ std::string diff(Session& session) {
   const Input oper = read_input(options.oper);
   const yfw::ReadResult result = session.host().read_state(oper.document());
   session.warn(result.warnings);
-  return compare_state(result.data);
+  return options.format_given ? compare_state(result.data, options.format) : compare_state(result.data);
 }
 
 }  // namespace ocvlan

@@ -56,7 +56,9 @@ constexpr char kDiffExample[] =
     "  ocvlan diff running.xml request.xml\n"
     "  ocvlan diff --state --running running.xml --oper oper.xml\n"
     "Prints a leaf a line, '+' only in B, '-' only in A, '~' changed; nothing when there is no difference.\n"
-    "With --format the difference of A and B is a tree with the operations and original values in it.";
+    "With --format the difference of A and B is a tree with the operations and original values in it. That of\n"
+    "--state is a list with an entry for each leaf that differs: its path, the values that are configured and not\n"
+    "up, and those that are up and not configured.";
 
 // The words that an option takes, and what they mean.
 template <typename Value>

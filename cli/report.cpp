@@ -32,6 +32,8 @@ bool is_control(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
 }
 
+}  // namespace
+
 std::string xml_text(const std::string& text) {
   std::string result;
   for (const char c : text) {
@@ -76,6 +78,8 @@ std::string prefix_declarations(const std::string& path) {
   }
   return result;
 }
+
+namespace {
 
 using Info = std::vector<std::pair<const char*, std::string>>;
 

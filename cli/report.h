@@ -13,6 +13,13 @@ namespace ocvlan {
 // A line, whatever the text holds: a document cannot write control characters to a terminal.
 std::string one_line(const std::string& text);
 
+// The text inside an XML element, and inside the quotes of a JSON string.
+std::string xml_text(const std::string& text);
+std::string json_text(const std::string& text);
+
+// XML namespace declarations for the modules that an instance path names, each after a blank.
+std::string prefix_declarations(const std::string& path);
+
 // "ocvlan: refused: PATH: MESSAGE", naming the element where neither of them does.
 std::string refusal_line(const yfw::RpcError& error);
 

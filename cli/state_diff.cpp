@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/report.h"
 
 namespace ocvlan {
 namespace {
@@ -119,18 +120,73 @@ Values missing(const Values& from, const Values& other) {
   return rest;
 }
 
+// A leaf of which something is configured and not up, or up and not configured.
+struct Difference {
+  std::string path;
+  Values configured;
+  Values up;
+};
+
+std::vector<Difference> differences(const yfw::Data& data) {
+  std::vector<Difference> found;
+  const Leaves leaves = collect(data);
+  for (const auto& [path, twins] : leaves.entries()) {
+    Difference difference{path, missing(twins.configured, twins.up), missing(twins.up, twins.configured)};
+    if (!difference.configured.empty() || !difference.up.empty()) found.push_back(std::move(difference));
+  }
+  return found;
+}
+
+std::string xml_elements(const char* name, const Values& values) {
+  std::string text;
+  for (const std::string& value : values) text += fmt::format("    <{0}>{1}</{0}>\n", name, xml_text(value));
+  return text;
+}
+
+std::string as_xml(const std::vector<Difference>& differences) {
+  if (differences.empty()) return "<differences/>\n";
+  std::string text = "<differences>\n";
+  for (const Difference& each : differences) {
+    text += fmt::format("  <difference>\n    <path{}>{}</path>\n{}{}  </difference>\n", prefix_declarations(each.path),
+                        xml_text(each.path), xml_elements("configured", each.configured), xml_elements("up", each.up));
+  }
+  return text + "</differences>\n";
+}
+
+std::string json_strings(const Values& values) {
+  std::string text;
+  for (const std::string& value : values) {
+    text += fmt::format("{}\"{}\"", text.empty() ? "" : ", ", json_text(value));
+  }
+  return "[" + text + "]";
+}
+
+std::string as_json(const std::vector<Difference>& differences) {
+  std::string text;
+  for (const Difference& each : differences) {
+    text += fmt::format("{}\n    {{\n      \"path\": \"{}\",\n      \"configured\": {},\n      \"up\": {}\n    }}",
+                        text.empty() ? "" : ",", json_text(each.path), json_strings(each.configured),
+                        json_strings(each.up));
+  }
+  return "{\n  \"differences\": [" + text + (text.empty() ? "" : "\n  ") + "]\n}\n";
+}
+
 }  // namespace
 
 std::string compare_state(const yfw::Data& data) {
   std::string text;
-  const Leaves leaves = collect(data);
-  for (const auto& [path, twins] : leaves.entries()) {
-    const Values down = missing(twins.configured, twins.up);
-    const Values strange = missing(twins.up, twins.configured);
-    if (!down.empty()) text += fmt::format("- {}: {} configured, not up\n", path, fmt::join(down, " "));
-    if (!strange.empty()) text += fmt::format("+ {}: {} up, not configured\n", path, fmt::join(strange, " "));
+  for (const Difference& each : differences(data)) {
+    if (!each.configured.empty()) {
+      text += fmt::format("- {}: {} configured, not up\n", each.path, fmt::join(each.configured, " "));
+    }
+    if (!each.up.empty()) text += fmt::format("+ {}: {} up, not configured\n", each.path, fmt::join(each.up, " "));
   }
   return text;
+}
+
+std::string compare_state(const yfw::Data& data, yfw::Format format) {
+  const std::vector<Difference> found = differences(data);
+  return format == yfw::Format::xml ? as_xml(found) : as_json(found);
 }
 
 }  // namespace ocvlan

@@ -8,6 +8,7 @@
 
 #include "framework/edit_config.h"
 #include "framework/request_tree.h"
+#include "framework/trunk_text.h"
 #include "framework/unsaid.h"
 #include "framework/verify.h"
 
@@ -220,6 +221,15 @@ void let_plugin_refuse(const Surroundings& around, const EditDocument& document,
   translate(around, alone, ignored);
 }
 
+// What a replace writes again in other words stays as the device has it.
+void keep_stored(const Data& candidate, const Running& running) {
+  lyd_node* entry = nullptr;
+  LY_LIST_FOR(candidate.empty() ? nullptr : lyd_child(candidate.get()), entry) {
+    const lyd_node* const stored = running.entry(entry_name(entry));
+    if (stored != nullptr) keep_stored_texts(entry, stored);
+  }
+}
+
 void validate_native(const Surroundings& around, Data& candidate) {
   if (candidate.empty()) return;
   if (lyd_validate_all(candidate.out(), nullptr, LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS)
@@ -257,7 +267,7 @@ void refuse_lost_trunk_entries(const Surroundings& around, const EditDocument& d
   for (const lyd_node* const entry : alone.entries()) names.emplace_back(entry_name(entry));
   std::vector<Warning> ignored;
   const Data after = read_entries(around, alone.entries(), FetchSet(), nullptr, ignored);
-  refuse_lost_trunks(lost_trunk_entries(document, after));
+  refuse_lost_trunks(lost_trunk_entries(document, after), document.tree);
 }
 
 // What will be there, and where something is not there to be deleted, what is there natively in its place.
@@ -317,6 +327,7 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   prepared.candidate = around.running->copy(prepared.touched);
   apply_edit(prepared.candidate, prepared.result.native.get(), Operation::merge);
   complete_replaces(document, prepared.result.native, prepared.candidate);
+  keep_stored(prepared.candidate, *around.running);
   validate_native(around, prepared.candidate);
   Running then(std::move(prepared.candidate));
   std::vector<Warning> unread_after;
@@ -325,7 +336,7 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   if (settings.verify == Verify::strict) refuse_unsaid_loss(prepared.result.unsaid, then, touched);
   prepared.candidate = then.take();
   std::vector<Difference> found = differences(expected.data, after);
-  refuse_lost_trunks(lost_trunk_entries(found));
+  refuse_lost_trunks(lost_trunk_entries(found), expected.data);
   if (settings.verify == Verify::strict && !found.empty()) throw Refused(refusal_of(found));
   if (settings.verify != Verify::off) prepared.result.differences = std::move(found);
   return prepared;

@@ -4,6 +4,7 @@
 #include "framework/documents.h"
 #include "framework/edit_config.h"
 #include "framework/schema.h"
+#include "framework/trunk_text.h"
 
 namespace yfw {
 
@@ -43,7 +44,7 @@ void compare_siblings(const lyd_node* ours, const lyd_node* theirs, Looking look
       const std::string other = twin == nullptr ? "" : lyd_get_value(twin);
       if (twin == nullptr) {
         deltas.push_back({path_of(node), added ? "" : value, added ? value : "", !added, added});
-      } else if (!added && value != other) {
+      } else if (!added && value != other && canonical_text(node) != canonical_text(twin)) {
         deltas.push_back({path_of(node), value, other, true, true});
       }
       continue;

@@ -10,6 +10,7 @@
 
 #include "framework/edit.h"
 #include "framework/edit_config.h"
+#include "framework/trunk_text.h"
 
 namespace yfw {
 
@@ -66,6 +67,18 @@ bool loses(const lyd_node* before, const lyd_node* after) {
     }
   }
   return false;
+}
+
+// True when all of a trunk's text was read: one that is too long to be written again reads back whole all the same.
+bool is_trunk_read_whole(const Delta& text, const lyd_node* config, const lyd_node* native) {
+  if (!text.path.ends_with("/trunk-vla-ns")) return false;
+  std::vector<std::string> entries;
+  const lyd_node* entry = nullptr;
+  LY_LIST_FOR(lyd_child(config), entry) {
+    if (named(entry, "trunk-vlans")) entries.emplace_back(lyd_get_value(entry));
+  }
+  const lyd_node* const leaf = find_below(native, "trunk-vla-ns");
+  return leaf != nullptr && canonical_text(leaf) == native_trunk_text(entries);
 }
 
 bool names_leaf_list(const lyd_node* node) {
@@ -211,7 +224,10 @@ class Rewriter {
     const lyd_node* const entry = again.empty() ? nullptr : lyd_child(again.get());
     for (const lyd_node* const native : natives) {
       const lyd_node* const written = entry == nullptr ? nullptr : find_below(entry, LYD_NAME(native));
-      if (written == nullptr || !compare(alone(native), alone(written)).empty()) return native;
+      if (written == nullptr) return native;
+      std::vector<Delta> lost = compare(alone(native), alone(written));
+      std::erase_if(lost, [&before, &native](const Delta& each) { return is_trunk_read_whole(each, before, native); });
+      if (!lost.empty()) return native;
     }
     return nullptr;
   }

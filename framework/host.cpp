@@ -12,6 +12,7 @@
 #include "framework/edit.h"
 #include "framework/filter.h"
 #include "framework/models.h"
+#include "framework/operational.h"
 #include "framework/plugin.h"
 #include "framework/reader.h"
 #include "framework/running.h"
@@ -88,12 +89,22 @@ struct Host::Impl {
     });
   }
 
+  // Whether the answer speaks of the interface with this native name.
+  static bool answers(const Data& answer, const std::string& native_name) {
+    const InterfaceName name = split_interface_name(native_name);
+    std::string path = "/openconfig-interfaces:interfaces/interface" + predicate("name", name.name);
+    if (name.is_subinterface()) path += "/subinterfaces/subinterface" + predicate("index", name.index);
+    lyd_node* found = nullptr;
+    return !answer.empty() && lyd_find_path(answer.get(), path.c_str(), 0, &found) == LY_SUCCESS;
+  }
+
   ReadResult read(const Document* operational, const Document& document) {
     ReadResult result;
     Data filter;
     if (!take_filter(document, filter, result.warnings)) return result;
     Data state;
     if (operational != nullptr) state = parse_data(models.get(), *operational, true, &result.warnings);
+    const std::vector<Contradiction> contradictions = keep_last_told(state);
     FetchSet fetch;
     if (!filter.empty()) fetch = collect_paths(around(), filter, operational != nullptr).set;
     if (selects_names(filter)) fetch.ask_for_names();
@@ -112,6 +123,9 @@ struct Host::Impl {
     } else {
       result.data = select(all, filter);
       tell_unsaid_of_selected(fetch, filter, all, state, result);
+    }
+    for (const Contradiction& each : contradictions) {
+      if (filter.empty() || answers(result.data, each.interface)) result.warnings.push_back(each.warning);
     }
     note(result.warnings);
     return result;

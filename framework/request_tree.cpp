@@ -9,6 +9,7 @@
 
 #include "framework/documents.h"
 #include "framework/schema.h"
+#include "framework/trunk_text.h"
 
 namespace yfw {
 
@@ -89,7 +90,7 @@ struct RequestTree::Builder {
         made.value = text(value.ident->name);
         made.value_ns = text(value.ident->module->ns);
       } else if (type != LY_TYPE_EMPTY) {
-        made.value = text(lyd_get_value(node));
+        made.value = text(type == LY_TYPE_STRING ? canonical_text(node).c_str() : lyd_get_value(node));
         if (type == LY_TYPE_ENUM) made.value_ns = text(enumeration_namespace(node->schema));
       }
     }

@@ -32,7 +32,7 @@ class RequestTree {
   // A subtree filter: leaves with a value are content-match nodes.
   yfw_datatree* filter(const lyd_node* node);
 
-  // Data as it is; `wanted` (null: all) says which nodes.
+  // Data as it is, texts of trunk VLANs in their canonical form; `wanted` (null: all) says which nodes.
   yfw_datatree* data(const lyd_node* node, const Wanted& wanted = nullptr);
 
  private:

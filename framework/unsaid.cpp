@@ -12,6 +12,7 @@
 #include "framework/documents.h"
 #include "framework/edit.h"
 #include "framework/request_tree.h"
+#include "framework/trunk_text.h"
 #include "framework/vlan_words.h"
 
 namespace yfw {
@@ -160,7 +161,7 @@ class WritingBack {
   bool is_held(const WrittenLeaf& leaf) const {
     const lyd_node* const container = find_container(native_, leaf.schema->parent);
     const lyd_node* const there = container == nullptr ? nullptr : child_of(container, leaf.schema);
-    return (there != nullptr && leaf.value == lyd_get_value(there)) || has_value(leaf);
+    return (there != nullptr && leaf.value == canonical_text(there)) || has_value(leaf);
   }
 
   // A text with no room for all entries is refused when it is asked for.
@@ -224,7 +225,7 @@ class Comparison {
     const auto made = std::find_if(written_.begin(), written_.end(), [&](const WrittenLeaf& each) {
       return each.schema == leaf->schema && each.within == within;
     });
-    if (made != written_.end() && made->value == lyd_get_value(leaf)) {
+    if (made != written_.end() && made->value == canonical_text(leaf)) {
       made->matched = true;
       return;
     }

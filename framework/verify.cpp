@@ -10,6 +10,7 @@
 
 #include "framework/edit.h"
 #include "framework/edit_config.h"
+#include "framework/trunk_text.h"
 
 namespace yfw {
 
@@ -72,6 +73,43 @@ void collect_lost(const lyd_node* node, Operation outer, const Data& after, std:
   lost.push_back({path, lyd_get_value(node), "", advice_for(path)});
 }
 
+// The entries of the leaf-list of which one is at the path, without those that go.
+std::vector<std::string> entries_at(const Data& data, const std::string& path) {
+  std::vector<std::string> entries;
+  lyd_node* entry = nullptr;
+  if (data.empty() || lyd_find_path(data.get(), path.c_str(), 0, &entry) != LY_SUCCESS) return entries;
+  const lyd_node* each = nullptr;
+  LY_LIST_FOR(lyd_first_sibling(entry), each) {
+    if (each->schema == entry->schema && !removes(operation_of(each, Operation::merge))) {
+      entries.emplace_back(lyd_get_value(each));
+    }
+  }
+  return entries;
+}
+
+std::string named_entries(const std::vector<Difference>& lost, const std::string& list) {
+  constexpr std::size_t kNamed = 20;
+  std::vector<std::string> names;
+  for (const Difference& each : lost) {
+    if (each.path.substr(0, each.path.rfind('[')) == list) names.push_back(each.asked);
+  }
+  const std::size_t named = std::min(names.size(), kNamed);
+  std::string text = fmt::format("{}", fmt::join(names.begin(), names.begin() + static_cast<long>(named), ", "));
+  if (names.size() > named) text += fmt::format(" and {} more", names.size() - named);
+  return text;
+}
+
+std::string way_out(const std::vector<std::string>& entries) {
+  const std::vector<std::string> ranges = runs_as_ranges(entries);
+  const std::size_t needed = native_trunk_text(ranges).size();
+  if (needed > kLongestTrunkText) {
+    return fmt::format("with every run of ids written as a range it would still need {}: ask for fewer entries",
+                       needed);
+  }
+  return fmt::format("write runs of ids as ranges: {} in the place of all entries takes {}", fmt::join(ranges, " "),
+                     needed);
+}
+
 }  // namespace
 
 std::vector<Difference> differences(const Data& expected, const Data& after) {
@@ -100,22 +138,19 @@ std::vector<Difference> lost_trunk_entries(const EditDocument& document, const D
   return lost;
 }
 
-void refuse_lost_trunks(const std::vector<Difference>& lost) {
-  if (lost.empty()) return;
-  constexpr std::size_t kNamed = 20;
-  std::string entries;
-  for (std::size_t i = 0; i < std::min(lost.size(), kNamed); ++i) {
-    entries += (i == 0 ? "" : ", ") + lost[i].asked;
+void refuse_lost_trunks(const std::vector<Difference>& lost, const Data& asked) {
+  for (const Difference& each : lost) {
+    const std::string path = each.path.substr(0, each.path.rfind('['));
+    const std::vector<std::string> entries = entries_at(asked, each.path);
+    const std::size_t needed = native_trunk_text(entries).size();
+    if (needed <= kLongestTrunkText) continue;
+    throw Refused({.tag = "invalid-value",
+                   .path = path,
+                   .message = fmt::format("'trunk-vlans' would need {} characters of native text, which has room for "
+                                          "{}, and lose {}; {}",
+                                          needed, kLongestTrunkText, named_entries(lost, path), way_out(entries)),
+                   .bad_element = "trunk-vlans"});
   }
-  if (lost.size() > kNamed) entries += fmt::format(" and {} more", lost.size() - kNamed);
-  const std::string path = lost.front().path;
-  throw Refused(
-      {.tag = "invalid-value",
-       .path = path.substr(0, path.rfind('[')),
-       .message = fmt::format("'trunk-vlans' is too long for the native text, these entries would be lost: {}; "
-                              "write runs of ids as ranges",
-                              entries),
-       .bad_element = "trunk-vlans"});
 }
 
 RpcError refusal_of(const std::vector<Difference>& found) {

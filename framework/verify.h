@@ -18,8 +18,9 @@ std::vector<Difference> lost_trunk_entries(const std::vector<Difference>& found)
 // The same where nothing was expected: entries that the edit writes and `after` does not have.
 std::vector<Difference> lost_trunk_entries(const EditDocument& document, const Data& after);
 
-// Throws Refused, naming the entries, when there are any: the plug-in drops what its text has no room for.
-void refuse_lost_trunks(const std::vector<Difference>& lost);
+// Throws Refused, naming the entries, where `asked` has more entries than the native text has room for: the plug-in
+// drops those that do not fit.
+void refuse_lost_trunks(const std::vector<Difference>& lost, const Data& asked);
 
 // The refusal that a strict verification ends in. `found` is not empty.
 RpcError refusal_of(const std::vector<Difference>& found);

@@ -8,26 +8,43 @@
 namespace oc_vlan {
 namespace {
 
-// Both halves of a native interface name, split at the first ".". The copy lives here, on the stack: one entry is
-// opened for each sub-interface of a device, and none is worth an allocation. No name of a device comes near the size.
+// Both halves of a native interface name, split at the first ".". A copy is split; that of an ordinary name lives here,
+// on the stack: one entry is opened for each sub-interface of a device, and none is worth an allocation. The copy of a
+// longer name is owned.
 class SubinterfaceName {
  public:
   explicit SubinterfaceName(const char* name) {
     const char* const dot = name != nullptr ? std::strchr(name, '.') : nullptr;
-    if (dot == nullptr || dot[1] == '\0') return;
-    const auto length = static_cast<std::size_t>(dot - name);
-    if (length == 0 || length >= sizeof parent_) return;
-    std::memcpy(parent_, name, length);
+    if (dot == nullptr || dot == name || dot[1] == '\0') return;
     index_ = dot + 1;
+    const auto length = static_cast<std::size_t>(dot - name);
+    if (length < sizeof short_) {
+      std::memcpy(short_, name, length);
+      parent_ = short_;
+      return;
+    }
+    owned_ = yfw_strdup(name, kNameOwner);
+    if (owned_ != nullptr) owned_[length] = '\0';
+    parent_ = owned_;
   }
+  ~SubinterfaceName() {
+    if (owned_ != nullptr) kos_named_free(owned_);
+  }
+  SubinterfaceName(const SubinterfaceName&) = delete;
+  SubinterfaceName& operator=(const SubinterfaceName&) = delete;
 
   // False for a main interface, and for a name that cannot be split in two.
-  bool valid() const { return index_ != nullptr; }
+  bool is_subinterface() const { return index_ != nullptr; }
+  // Null where no copy could be had.
   const char* parent() const { return parent_; }
   const char* index() const { return index_; }
 
  private:
-  char parent_[256] = {};
+  static constexpr const char* kNameOwner = kMessageOwner;  // as for all texts that translations copy
+
+  char short_[256] = {};
+  char* owned_ = nullptr;
+  const char* parent_ = nullptr;
   const char* index_ = nullptr;
 };
 
@@ -68,10 +85,17 @@ cerrno find_or_add_subinterface(const Call& call, const SubinterfaceName& name, 
   return result;
 }
 
+cerrno no_copy(const Call& call) {
+  OC_VLAN_ERROR(call, "Failed to copy the interface name!");
+  yfw_oc_error_path(call.ctx);
+  return CERR_INVALID_ARGS;
+}
+
 cerrno open_entry(const Call& call) {
   const Lookup key = look_up(call.ctx, OPER_INTERFACE, "interface");
   const SubinterfaceName name(key.text);
-  if (!name.valid()) return key.status;
+  if (!name.is_subinterface()) return key.status;
+  if (name.parent() == nullptr) return no_copy(call);
   yfw_node_slot interface { nullptr };
   const cerrno searched = yfw_map_search_list(call.ctx, call.output, &interface, OC_INTERFACE, name.parent(), "name",
                                               YFW_OPENCONFIG_INTERFACES_NS);

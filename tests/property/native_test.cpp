@@ -56,7 +56,12 @@ TEST_F(NativeConfiguration, ReadsAsWhatItSaysAndTellsWhatOpenConfigCannotSay) {
   }
 }
 
-// A request for all that reads whole.
+bool has_room(const Config& leaves) {
+  const auto trunk = leaves.find("trunk-vlans");
+  return trunk == leaves.end() || trunk_text(trunk->second).size() <= kLongestTrunkText;
+}
+
+// A request for all that reads whole and can be written.
 Request request_for(const Native& native, Op op_of_units) {
   Request request;
   for (const auto& [name, entry] : native) {
@@ -68,7 +73,8 @@ Request request_for(const Native& native, Op op_of_units) {
         const std::string form = each.first.substr(0, each.first.find('/'));
         if (region.unit == Unit::match && (forms.empty() || forms.back() != form)) forms.push_back(form);
       }
-      if (forms.size() > 1 || is_upside_down(leaves) || !reads_whole(name, entry, region)) continue;
+      if (forms.size() > 1 || is_upside_down(leaves) || !has_room(leaves) || !reads_whole(name, entry, region))
+        continue;
       for (const auto& [leaf, values] : leaves) add_leaf(request, region.path + "/" + leaf, values);
       if (op_of_units != Op::inherit && !leaves.empty()) element_at(request, region.path).op = op_of_units;
     }

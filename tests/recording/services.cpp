@@ -120,7 +120,7 @@ cerrno Services::remove_from_output_list(const yfw_datatree* node, const yfw_dat
 
 char* Services::duplicate(const char* text, const char* owner) {
   Recorder& recorder = current();
-  recorder.write("strdup", "text=" + shown(text) + " owner=" + shown(owner), 0);
+  if (recorder.write("strdup", "text=" + shown(text) + " owner=" + shown(owner), 0) != 0) return nullptr;
   char* const copy = ::strdup(text);
   recorder.owned_[copy] = text;
   return copy;

@@ -68,7 +68,13 @@ void known_subinterface(Recorder& framework) {
 
 const std::string kLongParent(255, 'n');
 const std::string kLongName = kLongParent + ".7";
-const std::string kTooLongName = "n" + kLongName;
+const std::string kLongerParent = "n" + kLongParent;
+const std::string kLongerName = kLongerParent + ".7";
+
+// What is done while the copy of a longer name is held.
+std::string with_copy_of(const std::string& name, const std::string& calls) {
+  return lines("strdup text=" + name + " owner=YFW_MAP") + calls + lines("free text=" + name);
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Table, SubinterfaceEntry,
@@ -89,7 +95,18 @@ INSTANTIATE_TEST_SUITE_P(
         entry("nothing_after_the_dot", named("Ethernet1."), lines(kAsked), ""),
         entry("only_a_dot", named("."), lines(kAsked), ""), entry("empty", named(""), lines(kAsked), ""),
         entry("no_text", named(nullptr), lines(kAsked), ""),
-        entry("a_name_longer_than_any", named(kTooLongName.c_str()), lines(kAsked), "")),
+        entry("main_interface_of_a_longer_name", named(kLongerParent.c_str()), lines(kAsked), ""),
+        entry(
+            "longer_name",
+            [](Recorder& framework) {
+              named(kLongerName.c_str())(framework);
+              framework.list_entry("/interfaces/interface", kLongerParent);
+              framework.list_entry("/subinterfaces/subinterface", "7");
+            },
+            lines(kAsked) + with_copy_of(kLongerName, lines(search_interface(kLongerParent),
+                                                            search_subinterface(kLongerParent, "7")) +
+                                                          kClosing),
+            "")),
     case_name);
 
 // Adds in a tree of their own, so the failing ones are told one by one below.
@@ -103,6 +120,25 @@ TEST(SubinterfaceEntryOfNewInterface, is_added_with_its_interface) {
     EXPECT_EQ(framework.calls(), new_interface(parent)) << "and no trimmed path left behind";
     EXPECT_EQ(framework.state.list_slot.node, &framework.added(1));
   }
+}
+
+TEST(SubinterfaceEntryOfNewInterface, is_added_under_a_longer_name) {
+  Recorder framework(kReadState);
+  named(kLongerName.c_str())(framework);
+  Tree tree("oper:interface");
+  EXPECT_EQ(kEntry(framework.ctx(), tree.root(), 0, framework.output()), 0u);
+  const std::string asked = lines(kAsked);
+  EXPECT_EQ(framework.calls(), asked + with_copy_of(kLongerName, new_interface(kLongerParent).substr(asked.size())));
+}
+
+TEST(SubinterfaceEntryFailures, of_the_copy_of_a_longer_name) {
+  Recorder framework(kReadState);
+  named(kLongerName.c_str())(framework);
+  framework.answer("strdup", 1);
+  Tree tree("oper:interface");
+  EXPECT_EQ(kEntry(framework.ctx(), tree.root(), 0, framework.output()), CERR_INVALID_ARGS);
+  EXPECT_EQ(framework.calls(), lines(kAsked, "strdup text=" + kLongerName + " owner=YFW_MAP", "error_path"));
+  EXPECT_EQ(framework.errors(), lines("ERR Failed to copy the interface name!"));
 }
 
 // An interface that the framework added without telling where: what is below it is still asked for.

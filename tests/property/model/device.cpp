@@ -213,6 +213,14 @@ void set_own_leaves(Entry& entry, const std::string& path, const Config& after) 
   set("shutdown", down ? std::optional<std::string>("") : std::nullopt);
 }
 
+// A trunk that is written has to fit.
+void check_trunk(const Region& region, const Config& leaves, std::vector<Fault>& faults) {
+  const auto trunk = leaves.find("trunk-vlans");
+  if (trunk != leaves.end() && trunk_text(trunk->second).size() > kLongestTrunkText) {
+    faults.push_back({"invalid-value", region.path + "/trunk-vlans"});
+  }
+}
+
 // The limits of the native form, as far as the request meets them.
 void check_limits(const Region& region, const Config& after, const Config& written, std::vector<Fault>& faults) {
   constexpr std::size_t kListIds = 9;
@@ -220,9 +228,8 @@ void check_limits(const Region& region, const Config& after, const Config& writt
     const std::string path = region.path + "/" + leaf;
     if (!written.contains(path)) continue;
     const bool list = leaf.ends_with("vlan-ids");
-    const bool too_many = list && values.size() > kListIds;
-    const bool too_long = leaf == "trunk-vlans" && trunk_text(values).size() > kLongestTrunkText;
-    if (too_many || too_long) faults.push_back({"invalid-value", path});
+    if (list && values.size() > kListIds) faults.push_back({"invalid-value", path});
+    if (leaf == "trunk-vlans") check_trunk(region, part(after, region.path), faults);
   }
 }
 
@@ -280,7 +287,10 @@ Entry new_region(const std::string& name, const Entry& entry, const Region& regi
     faults.push_back({"operation-failed", region.path});
     return there;
   }
-  if (goes) return encode(region.unit, after, is_l2(entry));
+  if (goes) {
+    check_trunk(region, after, faults);
+    return encode(region.unit, after, is_l2(entry));
+  }
   if (!there.empty() && !reads_whole(name, entry, region)) told.push_back(region.path);
   Config asked = part(edit.written, region.path);
   for (auto& [leaf, values] : asked) {
@@ -374,7 +384,8 @@ Verdict Device::apply(const Request& asked) {
     for (const Region& region : regions_of(name)) {
       check_limits(region, after, written, verdict.faults);
       if (known && !reads_whole(name, entry, region)) unwhole.push_back(region.path);
-      const Entry leaves = new_region(name, entry, region, edit, verdict.faults, verdict.told);
+      Entry leaves = new_region(name, entry, region, edit, verdict.faults, verdict.told);
+      keep_stored_text(leaves, entry);
       set_region(entry, region.unit, leaves);
     }
     const bool comes = !place.index.empty() || mentions.wants_entry(path) || mentions.clears(path);

@@ -145,6 +145,13 @@ Native make_device(Random& random) {
   return native;
 }
 
+// A text for which a write has no room: ids in a run, or with gaps.
+std::string too_long(int step) {
+  std::string text = "1000";
+  for (int id = 1000 + step; text.size() <= kLongestTrunkText; id += step) text += "," + std::to_string(id);
+  return text;
+}
+
 // Any value that the native leaf holds, told by its name.
 std::string make_odd_value(Random& random, const std::string& leaf) {
   static const std::vector<std::string> tags{"match-dot1q", "match-dot1ad", "match-untagged"};
@@ -152,8 +159,9 @@ std::string make_odd_value(Random& random, const std::string& leaf) {
   static const std::vector<std::string> rewrites{"pop1",          "pop2",          "push1",         "push2",
                                                  "translate1to1", "translate1to2", "translate2to1", "translate2to2"};
   static const std::vector<std::string> modes{"access", "trunk", "tunnel"};
-  static const std::vector<std::string> texts{"10, 20-30",   " 7",         "5-5",   "30-20", "0,4095,10",
-                                              "10,10,10-10", "1 - 5,9999", "4094 ", "1-4094"};
+  static const std::vector<std::string> texts{"10, 20-30", " 7",           "5-5",        "30-20",
+                                              "0,4095,10", "10,10,10-10",  "1 - 5,9999", "4094 ",
+                                              "1-4094",    "001,04 - 010", too_long(1),  too_long(2)};
   if (leaf.ends_with("tag-type") && leaf.find("vlan-switched") == std::string::npos) return random.pick(tags);
   if (leaf.ends_with("vlan-type") || leaf.ends_with("trunk-tag-type")) return random.pick(kinds);
   if (leaf.ends_with("rewrite-type")) return random.pick(rewrites);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <sstream>
 
 #include "property/model/leaves.h"
 
@@ -148,9 +149,7 @@ Entry encode_switched(const Config& leaves) {
       region[std::string(kNativeVlan) + "vlan-type"] = "vlan-type-dot1q";
     }
     if (leaf == "trunk-vlans" && !values.empty()) {
-      Values fitting = values;
-      while (trunk_text(fitting).size() > kLongestTrunkText) fitting.pop_back();
-      region[std::string(kSwitched) + "trunk-vla-ns"] = trunk_text(fitting);
+      region[std::string(kSwitched) + "trunk-vla-ns"] = trunk_text(values);
       region[std::string(kSwitched) + "trunk-tag-type"] = "vlan-type-dot1q";
     }
   }
@@ -260,22 +259,25 @@ void decode_mapping(const Leaves& native, Reader& reader) {
   reader.add("vlan-id", native["outer-tag-value"]);
 }
 
+std::string id_without_padding(const std::string& text) {
+  return text.find_first_not_of(" ") == std::string::npos ? "" : std::to_string(std::stoi(text));
+}
+
+// The ids of each entry of a native text: one, or the two of a range.
+std::vector<Values> trunk_ids(const std::string& text) {
+  std::vector<Values> entries;
+  std::istringstream list(text);
+  for (std::string entry; std::getline(list, entry, ',');) {
+    Values& ids = entries.emplace_back();
+    std::istringstream range(entry);
+    for (std::string id; std::getline(range, id, '-');) ids.push_back(id_without_padding(id));
+  }
+  return entries;
+}
+
 void decode_trunk_text(const std::string& text, Reader& reader) {
-  constexpr std::size_t kLongestEntry = 19;
-  std::size_t begin = 0;
-  while (begin <= text.size()) {
-    const std::size_t end = std::min(text.find(',', begin), text.size());
-    std::string entry = text.substr(begin, end - begin);
-    const std::size_t dash = entry.find('-');
-    if (dash != std::string::npos) {
-      entry.replace(dash, 1, "..");
-    } else {
-      // Blanks around a number do not count.
-      entry.erase(0, entry.find_first_not_of(' '));
-      entry.erase(entry.find_last_not_of(' ') + 1);
-    }
-    reader.add("trunk-vlans", entry.substr(0, kLongestEntry));
-    begin = end + 1;
+  for (const Values& ids : trunk_ids(text)) {
+    reader.add("trunk-vlans", ids.size() == 1 ? ids.front() : ids.front() + ".." + ids.back());
   }
 }
 
@@ -416,7 +418,17 @@ Config decode(const Native& native) {
 
 bool reads_whole(const std::string& native_name, const Entry& entry, const Region& region) {
   const Config read = part(decode(native_name, entry), region.path);
-  return encode(region.unit, read, is_l2(entry)) == region_of(entry, region.unit);
+  Entry again = encode(region.unit, read, is_l2(entry));
+  keep_stored_text(again, entry);
+  return again == region_of(entry, region.unit);
+}
+
+void keep_stored_text(Entry& changed, const Entry& stored) {
+  const std::string leaf = std::string(kSwitched) + "trunk-vla-ns";
+  const auto text = changed.find(leaf);
+  const auto there = stored.find(leaf);
+  if (text == changed.end() || there == stored.end()) return;
+  if (trunk_ids(text->second) == trunk_ids(there->second)) text->second = there->second;
 }
 
 std::string trunk_text(const Values& entries) {

@@ -37,8 +37,8 @@ std::vector<Region> regions_of(const std::string& native_name);
 Entry region_of(const Entry& entry, Unit unit);
 void set_region(Entry& entry, Unit unit, const Entry& leaves);
 
-// What the unit's OpenConfig leaves (by their path below the unit) become. A leaf-list that holds more than the native
-// form takes is cut.
+// What the unit's OpenConfig leaves (by their path below the unit) become. A list of more ids than the native form
+// takes is cut; a trunk has room for all.
 Entry encode(Unit unit, const Config& leaves, bool l2);
 
 // What an entry says in OpenConfig, by path from the top, as far as OpenConfig can hold it.
@@ -49,6 +49,9 @@ Config decode(const Native& native);
 
 // Whether nothing of the region is lost in OpenConfig.
 bool reads_whole(const std::string& native_name, const Entry& entry, const Region& region);
+
+// A trunk's text that says what it said stays as it is stored, whatever blanks and padding there are in it.
+void keep_stored_text(Entry& changed, const Entry& stored);
 
 // The longest text of trunk entries that is written.
 inline constexpr std::size_t kLongestTrunkText = 199;
