@@ -11,19 +11,6 @@
 namespace ocvlan {
 namespace {
 
-// Where an element or member of this name, prefixed or not, first stands.
-std::size_t find_name(std::string_view text, std::string_view name) {
-  for (auto at = text.find(name); at != std::string_view::npos; at = text.find(name, at + 1)) {
-    if (at > 0 && std::string_view("<:\"").find(text[at - 1]) != std::string_view::npos) return at;
-  }
-  return std::string_view::npos;
-}
-
-// A native running configuration, or an OpenConfig edit? Whichever root comes first tells.
-bool is_edit(const Input& input) {
-  return find_name(input.text, "interfaces") < find_name(input.text, "interface-configurations");
-}
-
 yfw::Data read_everything(Session& session) {
   yfw::ReadResult result = session.host().read();
   session.warn(result.warnings);
@@ -46,6 +33,18 @@ std::string list_differences(const yfw::Data& before, const yfw::Data& after) {
   return text;
 }
 
+// A path in XML does not tell of which model the last element is.
+std::string list_differences(const std::vector<yfw::ForeignDelta>& deltas) {
+  std::string text;
+  for (const yfw::ForeignDelta& delta : deltas) {
+    const char sign = delta.kind == yfw::ForeignDelta::Kind::added     ? '+'
+                      : delta.kind == yfw::ForeignDelta::Kind::removed ? '-'
+                                                                       : '~';
+    text += fmt::format("{} {} ({})\n", sign, delta.path, delta.ns);
+  }
+  return text;
+}
+
 std::string tree_of_differences(const yfw::Data& before, const yfw::Data& after, yfw::Format format) {
   yfw::Data tree;
   if (lyd_diff_siblings(before.get(), after.get(), 0, tree.out()) != LY_SUCCESS) {
@@ -58,15 +57,21 @@ std::string compare_configurations(Session& session) {
   const Options& options = session.options();
   const Input first = read_input(options.input);
   const Input second = read_input(options.second);
-  session.host().set_running(first.document());
+  yfw::Host& host = session.host();
+  session.warn(host.set_running(first.document()));
   const yfw::Data before = read_everything(session);
-  if (is_edit(second)) {
-    session.warn(session.host().apply(second.document()).warnings);
-  } else {
-    session.host().set_running(second.document());
-  }
+  const std::vector<yfw::Foreign> foreign_before = host.foreign();
+  session.warn(host.is_edit(second.document()) ? host.apply(second.document()).warnings
+                                               : host.set_running(second.document()));
   const yfw::Data after = read_everything(session);
-  return options.format_given ? tree_of_differences(before, after, options.format) : list_differences(before, after);
+  const std::vector<yfw::ForeignDelta> foreign = yfw::compare_foreign(foreign_before, host.foreign());
+  if (!options.format_given) return list_differences(before, after) + list_differences(foreign);
+  if (!foreign.empty()) {
+    session.warn({{foreign.front().path,
+                   fmt::format("{} of models that are not loaded differ, which the tree cannot show",
+                               foreign.size() == 1 ? "1 subtree" : fmt::format("{} subtrees", foreign.size()))}});
+  }
+  return tree_of_differences(before, after, options.format);
 }
 
 }  // namespace

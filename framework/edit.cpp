@@ -179,6 +179,14 @@ void validate_native(const Surroundings& around, Data& candidate) {
                  .message = fmt::format("the native configuration that results is not valid: {}", complaint.message)});
 }
 
+// Throws Refused when what the running configuration becomes is not valid.
+void validate_whole(const Surroundings& around, const std::vector<std::string>& touched, const Data& candidate) {
+  Running then(around.running->data().clone());
+  then.replace(touched, candidate.clone());
+  Data whole = then.take();
+  validate_native(around, whole);
+}
+
 // An entry of a leaf-list goes by writing the list without it, which takes a list to be known.
 void refuse_lone_entries(const lyd_node* node, Operation outer) {
   const Operation own = operation_of(node, outer);
@@ -251,11 +259,16 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
 
   prepared.candidate = around.running->copy(prepared.touched);
   apply_edit(prepared.candidate, prepared.result.native.get(), Operation::merge);
-  validate_native(around, prepared.candidate);
+  if (settings.validate_everything) {
+    validate_whole(around, prepared.touched, prepared.candidate);
+  } else {
+    validate_native(around, prepared.candidate);
+  }
   Running then(std::move(prepared.candidate));
   std::vector<Warning> unread_after;
   const Data after = read_back(reading, then, prepared.touched, unread_after);
   prepared.candidate = then.take();
+  prepared.result.gone = around.running->foreign().going(prepared.touched, prepared.candidate, warnings);
   std::vector<Difference> found = differences(expected.data, after);
   refuse_lost_trunks(lost_trunk_entries(found));
   if (settings.verify == Verify::strict && !found.empty()) throw Refused(refusal_of(found));
