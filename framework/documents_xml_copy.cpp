@@ -136,11 +136,12 @@ std::string XmlCopy::take(const Element& around) {
     add_escaped(ns, kInAttribute);
     text_ += '"';
   };
-  // Unprefixed names and values mean the default namespace. The models' elements are printed in their own one.
+  // Unprefixed names and values mean the default namespace, which is that of the element around it once it is printed.
   if (!own_.contains("")) {
     const char* const bound = Source::bound(around, "");
     const char* const outer = bound == nullptr ? "" : bound;
-    if (!prefixed_ || is_netconf(around.ns) || std::strcmp(outer, around.ns) != 0) declare("", outer);
+    const char* const there = is_netconf(around.ns) ? kNetconfNs : around.ns;
+    if (!prefixed_ || std::strcmp(outer, there) != 0) declare("", outer);
   }
   for (const std::string& prefix : needed_) {
     const char* const ns = own_.contains(prefix) ? nullptr : Source::bound(around, prefix);

@@ -53,14 +53,15 @@ class Placement {
   // Finds the places of all before anything foreign is in the tree, where look-ups would not expect it.
   void place(const std::vector<ForeignSubtree>& subtrees) {
     std::vector<Spot> spots;
-    std::size_t at_top = 0;
+    bool at_top = false;
     for (const ForeignSubtree& each : subtrees) {
       lyd_node* const parent = make(each.parent());
-      if (parent == nullptr) ++at_top;
+      at_top = at_top || parent == nullptr;
       mark_wanted(parent);
       spots.push_back({parent, each.before() == nullptr ? nullptr : last_before(parent, each.before())});
     }
-    if (format_ == Format::xml && tree_.shown() + at_top > 1) wrap();
+    // <data> is around what stands at the top also where that is one element, which may need its namespace.
+    if (format_ == Format::xml && (at_top || tree_.shown() > 1)) wrap();
     for (std::size_t i = 0; i < spots.size(); ++i) {
       if (spots[i].parent == nullptr) spots[i].parent = wrapper_;
       insert(spots[i], new_mark(models_, i, format_));

@@ -49,7 +49,10 @@ TEST_P(PrintedForm, ComesOutAsItCameIn) {
 INSTANTIATE_TEST_SUITE_P(
     Places, PrintedForm,
     testing::Values(Whole{"NothingAtAll", "<data xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\"/>\n"},
-                    Whole{"NothingAtAllInJson", "{}\n"}, Whole{"Alone", "<a xmlns=\"urn:a\">\n  <b>1</b>\n</a>\n"},
+                    Whole{"NothingAtAllInJson", "{}\n"},
+                    Whole{"Alone",
+                          "<data xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\">\n  <a "
+                          "xmlns=\"urn:a\">\n<b>1</b>\n</a>\n</data>\n"},
                     Whole{"AtTheTop", R"(<data xmlns="urn:ietf:params:xml:ns:netconf:base:1.0">
   <a xmlns="urn:a"/>
   <b xmlns="urn:b">
@@ -225,8 +228,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ForeignSubtrees, AreWrittenInUtf8WhateverTheyCameIn) {
   const std::string body = "\"?><a xmlns='urn:a'>";
-  EXPECT_EQ(printed("<?xml version='1.0' encoding=\"ISO-8859-1" + body + "caf\xE9</a>"),
-            "<a xmlns=\"urn:a\">caf\xC3\xA9</a>\n");
+  EXPECT_EQ(
+      printed("<?xml version='1.0' encoding=\"ISO-8859-1" + body + "caf\xE9</a>"),
+      "<data xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\">\n  <a xmlns=\"urn:a\">caf\xC3\xA9</a>\n</data>\n");
 }
 
 struct Bad {
