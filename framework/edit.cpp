@@ -179,6 +179,10 @@ void validate_native(const Surroundings& around, Data& candidate) {
                  .message = fmt::format("the native configuration that results is not valid: {}", complaint.message)});
 }
 
+void note(const Surroundings& around, std::string text) {
+  if (around.trace != nullptr) (*around.trace)({TraceLine::Kind::note, 3, std::move(text)});
+}
+
 // Throws Refused when what the running configuration becomes is not valid.
 void validate_whole(const Surroundings& around, const std::vector<std::string>& touched, const Data& candidate) {
   Running then(around.running->data().clone());
@@ -257,6 +261,11 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   prepared.result.native = translate(around, document, warnings);
   if (expected.deferred.has_value()) throw Refused(*expected.deferred);
 
+  const ForeignSubtrees& foreign = around.running->foreign();
+  for (const std::string& path : foreign.spare(prepared.result.native, around.running->data(), prepared.touched)) {
+    note(around, path + " goes piece by piece: what is foreign in it stays");
+  }
+
   prepared.candidate = around.running->copy(prepared.touched);
   apply_edit(prepared.candidate, prepared.result.native.get(), Operation::merge);
   if (settings.validate_everything) {
@@ -268,7 +277,7 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   std::vector<Warning> unread_after;
   const Data after = read_back(reading, then, prepared.touched, unread_after);
   prepared.candidate = then.take();
-  prepared.result.gone = around.running->foreign().going(prepared.touched, prepared.candidate, warnings);
+  prepared.result.gone = foreign.going(prepared.touched, prepared.candidate, warnings);
   std::vector<Difference> found = differences(expected.data, after);
   refuse_lost_trunks(lost_trunk_entries(found));
   if (settings.verify == Verify::strict && !found.empty()) throw Refused(refusal_of(found));

@@ -30,17 +30,13 @@ lyd_node* topmost(lyd_node* node) {
   return node;
 }
 
-bool is_container(const lyd_node* node, bool with_presence) {
-  return node->schema->nodetype == LYS_CONTAINER && ((node->schema->flags & LYS_PRESENCE) != 0) == with_presence;
-}
-
 // The outermost node that a subtree stands in and `tree` does not have. Containers without a meaning of their own do
 // not count: they are made again for what they hold.
 const lyd_node* missing(const Data& tree, const ForeignSubtree& subtree) {
   const lyd_node* found = nullptr;
   for (const lyd_node* each = subtree.parent(); each != nullptr; each = lyd_parent(each)) {
     if (counterpart(tree, each) != nullptr) break;
-    if (!is_container(each, false)) found = each;
+    if (!is_plain_container(each)) found = each;
   }
   return found;
 }
@@ -60,6 +56,10 @@ std::string some_of(const std::vector<const ForeignSubtree*>& subtrees, std::str
 }
 
 }  // namespace
+
+bool is_plain_container(const lyd_node* node) {
+  return node->schema->nodetype == LYS_CONTAINER && (node->schema->flags & LYS_PRESENCE) == 0;
+}
 
 lyd_node* counterpart(const Data& tree, const lyd_node* node) {
   const lyd_node* const above = lyd_parent(node);

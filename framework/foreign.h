@@ -57,6 +57,10 @@ class ForeignSubtrees {
   bool empty() const { return subtrees_.empty(); }
   const std::vector<ForeignSubtree>& all() const { return subtrees_; }
 
+  // Rewrites a native edit of these entries so that containers which go take nothing foreign along; returns the paths
+  // of those that now go piece by piece.
+  std::vector<std::string> spare(Data& edit, const Data& running, const std::vector<std::string>& entries) const;
+
   // What goes when the entries of these names are as in `then`, with a warning for each node that takes some with it:
   // a list entry, or a container that means something by being there.
   std::vector<Foreign> going(const std::vector<std::string>& entries, const Data& then,
@@ -86,5 +90,8 @@ Warning warning_of(const std::vector<ForeignSubtree>& subtrees, const std::strin
 // The node of a tree that stands where `node`, of another tree, stands there; null when there is none.
 lyd_node* counterpart(const Data& tree, const lyd_node* node);
 lyd_node* counterpart_among(const lyd_node* siblings, const lyd_node* node);
+
+// True for a container that only holds what is in it.
+bool is_plain_container(const lyd_node* node);
 
 }  // namespace yfw

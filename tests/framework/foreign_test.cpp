@@ -400,6 +400,38 @@ INSTANTIATE_TEST_SUITE_P(
               ENTRY "/Vexnet-OS-l2-eth-infra-cfg:ethernet-service/encapsulation/c urn:c"}}),
     [](const auto& info) { return info.param.name; });
 
+// What a device would take along with the container goes without it.
+TEST(ForeignSubtrees, AreSparedByTheNativeEdit) {
+  Host made = host();
+  made.set_running({kDevice, Format::xml, "running"});
+  const auto native = [&made](const std::string& request) {
+    return made.edit({request, Format::xml, "request"}).native.print(Format::xml);
+  };
+  const std::string around = R"(<interface-configurations xmlns="http://vexnet.com/ns/yang/Vexnet-OS-interface-cfg">
+  <interface-configuration>
+    <interface-name>Ethernet0/0/1.100</interface-name>
+    <ethernet-service xmlns="http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-cfg">
+      <encapsulation>
+{}      </encapsulation>
+    </ethernet-service>
+  </interface-configuration>
+</interface-configurations>
+)";
+  const std::string removed =
+      "        <{} xmlns:nc=\"urn:ietf:params:xml:ns:netconf:base:1.0\" nc:operation=\"remove\"/>\n";
+  EXPECT_EQ(native(vlan("", "<match nc:operation='delete'/>")),
+            fmt::format(fmt::runtime(around), fmt::format(fmt::runtime(removed), "outer-tag-type") +
+                                                  fmt::format(fmt::runtime(removed), "outer-range1-low")));
+  EXPECT_EQ(native(vlan("",
+                        "<match nc:operation='replace'><single-tagged-list><config><vlan-ids>7</vlan-ids><vlan-ids>8"
+                        "</vlan-ids></config></single-tagged-list></match>")),
+            fmt::format(fmt::runtime(around),
+                        "        <outer-tag-type>match-dot1q</outer-tag-type>\n"
+                        "        <outer-range1-low>7</outer-range1-low>\n"
+                        "        <outer-range1-high>4097</outer-range1-high>\n"
+                        "        <additional-range1-low>8</additional-range1-low>\n"));
+}
+
 TEST(ForeignSubtrees, OfAnEntryThatGoesAreToldBeforeAnythingIsApplied) {
   Host made = host();
   made.set_running({kDevice, Format::xml, "running"});

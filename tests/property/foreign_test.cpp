@@ -67,6 +67,11 @@ class Tags {
     for (const std::string& each : open_) place += "/" + each;
     return place;
   }
+  // The element that the tag begins; empty for one that ends an element.
+  std::string element() {
+    if (text_[begin_ + 1] == '/') return "";
+    return opens_ ? place() : place() + "/" + name();
+  }
   // The interface entry around it; empty above them.
   std::string entry() const { return open_.size() < 2 ? "" : entry_; }
 
@@ -112,6 +117,17 @@ struct Stand {
   std::string place;
   std::string entry;
 };
+
+// The elements that a native edit takes away with all that a device has in them.
+std::vector<std::string> taken_by(const std::string& edit) {
+  std::vector<std::string> taken;
+  for (Tags tags(edit); tags.next();) {
+    for (const char* const operation : {"operation=\"remove\"", "operation=\"replace\""}) {
+      if (tags.text().find(operation) != std::string::npos) taken.push_back(tags.element());
+    }
+  }
+  return taken;
+}
 
 // All foreign texts with where they stand.
 std::map<std::string, Stand> strewn_in(const std::string& document) {
@@ -175,6 +191,7 @@ class Foreign : public testing::Test {
 
   std::string compare(const std::map<std::string, Stand>& before, const std::map<std::string, Stand>& after,
                       const std::string& known, const yfw::EditResult& result) const {
+    const std::vector<std::string> taken = taken_by(result.native.print(yfw::Format::xml));
     std::set<std::string> gone;
     for (const yfw::Foreign& each : result.gone) gone.insert(each.text);
     for (const auto& [text, stand] : before) {
@@ -185,6 +202,10 @@ class Foreign : public testing::Test {
       if (stays == gone.contains(text)) return "told wrongly: " + text;
       if (stays && now == after.end()) return "lost: " + text;
       if (stays && now->second.place != stand.place) return "moved to " + now->second.place + ": " + text;
+      for (const std::string& each : taken) {
+        if (stays && (stand.place + "/").starts_with(each + "/"))
+          return "taken away on a device, by " + each + ": " + text;
+      }
       if (!stays && !tells_of(result.warnings, stand.entry)) return "goes in silence: " + text;
     }
     return after.size() + gone.size() == before.size() ? "" : "there are more than there were";
