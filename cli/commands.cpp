@@ -76,7 +76,7 @@ Session::Session(Options options)
 }
 
 void Session::load_running(const std::string& file) {
-  host_.set_running(read_input(file).document());
+  warn(host_.set_running(read_input(file).document()));
 }
 
 void Session::warn(const std::vector<yfw::Warning>& warnings) const {
@@ -103,9 +103,10 @@ std::string apply(Session& session) {
   session.load_running(options.running);
   const Input request = read_input(options.input);
   const yfw::EditResult result = session.host().apply(request.document());
+  std::string text = session.host().print_running(options.format);
   session.warn(result.warnings);
   tell_differences(result.differences);
-  return session.host().running().print(options.format);
+  return text;
 }
 
 std::string read(Session& session) {
@@ -118,7 +119,7 @@ std::string read(Session& session) {
                         .path = result.warnings.front().path,
                         .message = "the answer would not be whole: " + result.warnings.front().message});
   }
-  if (!options.text) return result.data.print(options.format);
+  if (!options.text) return result.data.print_document(options.format);
   std::vector<const char*> sides;
   if (!options.running.empty() && !options.state) sides.push_back("config");
   if (!options.oper.empty() && !options.config) sides.push_back("state");

@@ -12,29 +12,17 @@
 namespace ocvlan {
 namespace {
 
-// Where an element or member of this name, prefixed or not, first stands.
-std::size_t find_name(std::string_view text, std::string_view name) {
-  for (auto at = text.find(name); at != std::string_view::npos; at = text.find(name, at + 1)) {
-    if (at > 0 && std::string_view("<:\"").find(text[at - 1]) != std::string_view::npos) return at;
-  }
-  return std::string_view::npos;
-}
-
-// A native running configuration, or an OpenConfig edit? Whichever root comes first tells.
-bool is_edit(const Input& input) {
-  return find_name(input.text, "interfaces") < find_name(input.text, "interface-configurations");
-}
-
 // A configuration, and what it reads as.
 struct Side {
   yfw::Data native;
   yfw::ReadResult reading;
+  std::vector<yfw::Foreign> foreign;
 
   yfw::NativeSide view() const { return {native, reading}; }
 };
 
 Side read_everything(Session& session) {
-  Side side{session.host().running().clone(), session.host().read()};
+  Side side{session.host().running().clone(), session.host().read(), session.host().foreign()};
   // What is unsaid is compared, not told.
   std::vector<yfw::Warning> warnings = side.reading.warnings;
   std::erase_if(warnings, [](const yfw::Warning& warning) { return warning.unsaid; });
@@ -59,6 +47,18 @@ std::string list_differences(const std::vector<yfw::Delta>& deltas, std::string_
   return text;
 }
 
+// A path in XML does not tell of which model the last element is.
+std::string list_differences(const std::vector<yfw::ForeignDelta>& deltas) {
+  std::string text;
+  for (const yfw::ForeignDelta& delta : deltas) {
+    const char sign = delta.kind == yfw::ForeignDelta::Kind::added     ? '+'
+                      : delta.kind == yfw::ForeignDelta::Kind::removed ? '-'
+                                                                       : '~';
+    text += fmt::format("{} {} ({})\n", sign, delta.path, delta.ns);
+  }
+  return text;
+}
+
 std::string tree_of_differences(const Side& before, const Side& after, const std::vector<yfw::Delta>& native,
                                 yfw::Format format) {
   yfw::Data tree;
@@ -74,18 +74,24 @@ std::string compare_configurations(Session& session) {
   const Options& options = session.options();
   const Input first = read_input(options.input);
   const Input second = read_input(options.second);
-  session.host().set_running(first.document());
+  yfw::Host& host = session.host();
+  session.warn(host.set_running(first.document()));
   const Side before = read_everything(session);
-  if (is_edit(second)) {
-    session.warn(session.host().apply(second.document()).warnings);
-  } else {
-    session.host().set_running(second.document());
-  }
+  session.warn(host.is_edit(second.document()) ? host.apply(second.document()).warnings
+                                               : host.set_running(second.document()));
   const Side after = read_everything(session);
   const std::vector<yfw::Delta> native = yfw::native_differences(before.view(), after.view());
-  if (options.format_given) return tree_of_differences(before, after, native, options.format);
-  return list_differences(yfw::compare(before.reading.data, after.reading.data), "") +
-         list_differences(native, " (native)");
+  const std::vector<yfw::ForeignDelta> foreign = yfw::compare_foreign(before.foreign, after.foreign);
+  if (!options.format_given) {
+    return list_differences(yfw::compare(before.reading.data, after.reading.data), "") +
+           list_differences(native, " (native)") + list_differences(foreign);
+  }
+  if (!foreign.empty()) {
+    session.warn({{foreign.front().path,
+                   fmt::format("{} of models that are not loaded differ, which the tree cannot show",
+                               foreign.size() == 1 ? "1 subtree" : fmt::format("{} subtrees", foreign.size()))}});
+  }
+  return tree_of_differences(before, after, native, options.format);
 }
 
 }  // namespace

@@ -127,6 +127,12 @@ void add_common(CLI::App& app, Options& options, Raw& raw, const Words<yfw::Form
   app.add_option("--yang-dir", options.host.openconfig_dir,
                  "Folder with the published OpenConfig modules, to load instead of the compact ones")
       ->type_name("DIR");
+  app.add_option("--models", options.host.models_dirs,
+                 "Folder with further YANG modules of the device, all of which are loaded; may be given several times")
+      ->type_name("DIR")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->allow_extra_args(false);
   app.add_option("--plugin", options.plugin, "The mapping plug-in to load")->type_name("FILE");
   CLI::Option* const l2 =
       app.add_flag("--l2", raw.l2, "Take sub-interfaces that the running configuration does not know for L2");

@@ -1,9 +1,11 @@
 // Documents that come in and data trees that go out: the two things that cross the framework's border.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 struct lyd_node;
 
@@ -24,6 +26,25 @@ struct Document {
   Format format = Format::xml;
   std::string name = "request";
 };
+
+// A part of a running configuration in a model that is not loaded.
+struct Foreign {
+  std::string path;  // where it stands, as an instance path
+  std::string ns;    // namespace in XML, module name in JSON
+  std::string name;
+  std::string text;  // XML: an element that declares every prefix it needs; JSON: the member, with its annotation
+};
+
+// A subtree of that kind that is not the same in two configurations.
+struct ForeignDelta {
+  enum class Kind : std::uint8_t { removed, added, changed } kind;
+  std::string path;
+  std::string ns;
+};
+
+// What of the one configuration the other has not, and which subtrees differ: in XML in canonical form, in JSON in any
+// order of members. Both are of one format.
+std::vector<ForeignDelta> compare_foreign(const std::vector<Foreign>& before, const std::vector<Foreign>& after);
 
 // An owned data tree (all siblings at the top). Move-only; empty when it holds no node. Must not outlive the host that
 // made it.
@@ -52,9 +73,18 @@ class Data {
   void reset(lyd_node* first = nullptr) noexcept;
   Data clone() const;
 
+  // How many nodes at the top a print would show.
+  std::size_t shown() const;
+  // Puts what is at the top, which is something, into NETCONF's <data>, for XML.
+  void wrap();
+
   // The whole tree as text, indented, ending in a newline; defaults that nobody set are left out.
   // Empty data prints as nothing in XML and as "{}" in JSON.
   std::string print(Format format) const;
+
+  // The same as a document that can be read again, also when nothing or several nodes are at the top: in XML these
+  // stand in NETCONF's <data>.
+  std::string print_document(Format format) const;
 
  private:
   lyd_node* first_ = nullptr;

@@ -9,6 +9,8 @@
 
 #include "framework/data.h"
 #include "framework/error.h"
+#include "framework/foreign.h"
+#include "framework/models.h"
 
 struct ly_ctx;
 struct lyd_node;
@@ -35,11 +37,21 @@ struct EditDocument {
 // operations. An operation attribute in no namespace is taken as meant, with a warning.
 EditDocument parse_edit(ly_ctx* ctx, const Document& document, Operation default_operation);
 
-// Data that must be valid on its own: a native running configuration (`state` false) or operational data (`state`
-// true). Bare, or inside <data>, <config> or <rpc-reply>; empty containers are fine, an empty document is not. A
-// configuration is right as a whole or Unreadable. Operational data are used as far as they fit the model: with
-// `warnings`, each node left out is one; without, it goes unsaid.
-Data parse_data(ly_ctx* ctx, const Document& document, bool state, std::vector<Warning>* warnings = nullptr);
+// A native running configuration: bare, or inside <data>, <config> or <rpc-reply>; empty containers are fine, an empty
+// document is not. It is right as a whole or Unreadable. What models that are not loaded have in it is foreign.
+struct RunningDocument {
+  Data data;
+  ForeignSubtrees foreign;
+  std::vector<Warning> warnings;
+};
+RunningDocument parse_running(const Models& models, const Document& document);
+
+// Native operational data, in the same envelopes, used as far as they fit the model: with `warnings`, each node left
+// out is one; without, it goes unsaid.
+Data parse_operational(ly_ctx* ctx, const Document& document, std::vector<Warning>* warnings = nullptr);
+
+// Is this an OpenConfig edit, and not a native running configuration? What stands at the top tells. Throws Unreadable.
+bool is_edit(ly_ctx* ctx, const Document& document);
 
 // A subtree filter (RFC 6241 section 6): <get>, <get-config>, <filter>, or bare; JSON with null for a selection node.
 // All nodes are opaque; those with a value are content-match leaves, and a value that its leaf can hold is in canonical

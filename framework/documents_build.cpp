@@ -70,6 +70,7 @@ void TreeBuilder::refuse_attribute(const Position& at, const lysc_node* schema, 
 
 lyd_node* TreeBuilder::attach(const Position& at, lyd_node* made) {
   if (at.parent == nullptr) lyd_insert_sibling(result_.tree.get(), made, result_.tree.out());
+  attached_ = made;
   return made;
 }
 
@@ -79,6 +80,10 @@ void TreeBuilder::build(const Element& content, Operation outer) {
 
 void TreeBuilder::build_children(const Position& at, const Element& element) {
   for (const Element* child = element.first; child != nullptr; child = child->next) {
+    if (child->foreign != nullptr) {
+      build_foreign(at, *child);
+      continue;
+    }
     if (purpose_ != Purpose::state) {
       build_node(at, *child);
       continue;
@@ -91,6 +96,13 @@ void TreeBuilder::build_children(const Position& at, const Element& element) {
       result_.warnings.push_back({error.path, fmt::format("left out: {}", error.message)});
     }
   }
+}
+
+void TreeBuilder::build_foreign(const Position& at, const Element& element) {
+  // The sibling before it is the node that was made last, or holds that.
+  const lyd_node* before = attached_ == at.parent ? nullptr : attached_;
+  while (before != nullptr && lyd_parent(before) != at.parent) before = lyd_parent(before);
+  foreign_->emplace_back(element.ns, element.name, element.foreign, at.parent, before);
 }
 
 void TreeBuilder::build_node(const Position& at, const Element& element) {
@@ -144,11 +156,17 @@ void TreeBuilder::check_shape(const Position& at, const lysc_node* schema, const
   }
 }
 
+void TreeBuilder::leave_attribute(const Position& at, const lysc_node* schema, const Attribute& attribute) {
+  // The attributes of an element come with the last one first.
+  if (left_attributes_.count++ != 0 && left_attributes_.element != judged_) return;
+  left_attributes_ = {left_attributes_.count, judged_, path(at, schema), attribute.name};
+}
+
 std::optional<Operation> TreeBuilder::own_operation(const Position& at, const lysc_node* schema,
                                                     const Element& element) {
   std::optional<Operation> own;
   for (const Attribute* each = element.attributes; each != nullptr; each = each->next) {
-    if (each->ns != nullptr && std::strcmp(each->ns, kXmlNs) == 0) continue;
+    if (purpose_ == Purpose::edit && each->ns != nullptr && std::strcmp(each->ns, kXmlNs) == 0) continue;
     const bool ours = each->ns != nullptr && is_netconf(each->ns);
     const bool operation = (ours || each->ns == nullptr) && std::strcmp(each->name, "operation") == 0;
     if (purpose_ != Purpose::edit) {
@@ -156,6 +174,7 @@ std::optional<Operation> TreeBuilder::own_operation(const Position& at, const ly
         refuse_attribute(at, schema, "unknown-attribute", *each,
                          fmt::format("'{}' carries an operation, but this is data, not an edit", schema->name));
       }
+      leave_attribute(at, schema, *each);
       continue;
     }
     if (!operation) {

@@ -6,9 +6,11 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 #include "framework/documents.h"
 #include "framework/documents_source.h"
+#include "framework/foreign.h"
 
 namespace yfw {
 
@@ -51,8 +53,20 @@ class TreeBuilder {
   TreeBuilder(ly_ctx* models, const Source& source, Purpose purpose, EditDocument& result)
       : resolver_(models, source), purpose_(purpose), result_(result) {}
 
+  // Foreign subtrees go there; without a place for them there must be none.
+  void keep_foreign(std::vector<ForeignSubtree>& foreign) { foreign_ = &foreign; }
+
   // Builds the children of `content` as top-level data. For purposes other than `state`, throws Refused.
   void build(const Element& content, Operation outer);
+
+  // Attributes that data have no place for: how many there were, and the first one with its element's path.
+  struct LeftAttributes {
+    std::size_t count = 0;
+    const Element* element = nullptr;
+    std::string path;
+    std::string name;
+  };
+  const LeftAttributes& left_attributes() const { return left_attributes_; }
 
   // The line of the element that was judged last.
   int line() const { return judged_ == nullptr ? 1 : judged_->line; }
@@ -66,6 +80,7 @@ class TreeBuilder {
   };
 
   void build_children(const Position& at, const Element& element);
+  void build_foreign(const Position& at, const Element& element);
   void build_node(const Position& at, const Element& element);
   void build_container(const Position& at, const lysc_node* schema, const Element& element);
   void build_entry(const Position& at, const lysc_node* schema, const Element& element);
@@ -75,6 +90,7 @@ class TreeBuilder {
   BoundName bind(const Position& at, const lysc_node* schema, const Element& element);
 
   std::optional<Operation> own_operation(const Position& at, const lysc_node* schema, const Element& element);
+  void leave_attribute(const Position& at, const lysc_node* schema, const Attribute& attribute);
   void check_shape(const Position& at, const lysc_node* schema, const Element& element);
   void check_key(const Position& at, const Element& key);
   const Element* find_key(const lysc_node* key, const Element& entry);
@@ -99,6 +115,9 @@ class TreeBuilder {
   Purpose purpose_;
   EditDocument& result_;
   const Element* judged_ = nullptr;
+  const lyd_node* attached_ = nullptr;  // the node that was made last
+  LeftAttributes left_attributes_;
+  std::vector<ForeignSubtree>* foreign_ = nullptr;
 };
 
 }  // namespace yfw

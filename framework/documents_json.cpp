@@ -71,6 +71,14 @@ class JsonReader {
     int line;
   };
 
+  // The same about a foreign member, unread.
+  struct ForeignAnnotation {
+    const char* ns;
+    const char* name;
+    std::string_view text;
+    int line;
+  };
+
   [[noreturn]] void fail(std::string_view reason) const { source_.fail(line_, reason); }
 
   // The next character that is no blank, not taken; '\0' at the end.
@@ -281,10 +289,34 @@ class JsonReader {
     return {source_.intern(qualified.substr(0, colon)), source_.intern(qualified.substr(colon + 1))};
   }
 
+  // Reads over a value of which nothing is wanted but that it is one.
+  void skip() {
+    switch (next()) {
+      case '{':
+        return sequence('{', '}', [this] {
+          string();
+          need(':');
+          skip();
+        });
+      case '[':
+        return sequence('[', ']', [this] { skip(); });
+      case '"':
+        string();
+        return;
+      default:
+        Element unread;
+        scalar(unread);
+    }
+  }
+
   void object(Element& element) {
     std::vector<Member> members;
     std::vector<Annotation> said;
+    std::vector<ForeignAnnotation> carried;
     sequence('{', '}', [&] {
+      next();
+      const std::size_t begin = at_;
+      const int line = line_;
       const std::string qualified = string();
       need(':');
       if (qualified == "@") {
@@ -293,6 +325,15 @@ class JsonReader {
       }
       const bool about = qualified.starts_with('@');
       const auto [ns, name] = split(std::string_view(qualified).substr(about ? 1 : 0), element.ns);
+      const bool foreign = source_.is_foreign(ns);
+      if (foreign) skip();
+      if (foreign && about) {
+        for (const ForeignAnnotation& other : carried) {
+          if (other.name == name && other.ns == ns) fail(fmt::format("'{}' is annotated twice", name));
+        }
+        carried.push_back({ns, name, text_.substr(begin, at_ - begin), line});
+        return;
+      }
       if (about) {
         said.push_back(annotation(ns, name));
         return;
@@ -302,7 +343,10 @@ class JsonReader {
       }
       if (members.size() == kMostMembers) fail(fmt::format("an object has more than {} members", kMostMembers));
       Member member{ns, name, nullptr};
-      if (next() == '[') {
+      if (foreign) {
+        member.first = source_.add(element, name, ns, line);
+        member.first->foreign = source_.keep(text_.substr(begin, at_ - begin));
+      } else if (next() == '[') {
         array(element, ns, name, member.first);
       } else {
         member.first = source_.add(element, name, ns, line_);
@@ -310,8 +354,22 @@ class JsonReader {
       }
       members.push_back(member);
     });
-    if (said.size() > kMostMembers) fail(fmt::format("an object has more than {} annotations", kMostMembers));
+    if (said.size() + carried.size() > kMostMembers) {
+      fail(fmt::format("an object has more than {} annotations", kMostMembers));
+    }
     for (const Annotation& each : said) annotate(element, members, each);
+    for (const ForeignAnnotation& each : carried) carry(element, members, each);
+  }
+
+  // What is said about a foreign member goes where it goes.
+  void carry(Element& parent, const std::vector<Member>& members, const ForeignAnnotation& said) {
+    for (const Member& member : members) {
+      if (member.name != said.name || member.ns != said.ns) continue;
+      member.first->foreign = source_.keep(fmt::format("{}, {}", member.first->foreign, said.text));
+      return;
+    }
+    Element* const alone = source_.add(parent, fmt::format("@{}", said.name), said.ns, said.line);
+    alone->foreign = source_.keep(said.text);
   }
 
   // Said twice, one of the two would be lost.

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <cstring>
+#include <utility>
 
 #include "framework/error.h"
 
@@ -19,8 +20,11 @@ bool Element::is_blank() const {
   return std::string_view(value).find_first_not_of(kBlanks) == std::string_view::npos;
 }
 
-Source::Source(const Document& document)
-    : format_(document.format), name_(document.name), top_(store(Element{.line = 1, .kind = Kind::object})) {
+Source::Source(const Document& document, IsForeign is_foreign)
+    : is_foreign_(std::move(is_foreign)),
+      format_(document.format),
+      name_(document.name),
+      top_(store(Element{.line = 1, .kind = Kind::object})) {
   if (document.text.find_first_not_of(kBlanks) == std::string_view::npos) {
     throw Unreadable(fmt::format("{}: the document is empty", name_));
   }
@@ -36,6 +40,13 @@ const char* Source::bound(const Element& element, std::string_view prefix) {
     if (prefix == scope->prefix) return scope->ns;
   }
   return nullptr;
+}
+
+bool Source::is_foreign(const char* ns) {
+  if (!is_foreign_ || ns == nullptr) return false;
+  const auto [known, added] = foreign_.try_emplace(ns, false);
+  if (added) known->second = is_foreign_(ns);
+  return known->second;
 }
 
 const char* Source::intern(std::string_view text) {

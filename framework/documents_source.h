@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory_resource>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "framework/data.h"
@@ -59,6 +61,9 @@ struct Element {
   int line = 0;
   Kind kind = Kind::nothing;
   bool in_array = false;
+  // The text of a foreign subtree, of which nothing else is read; null for all other elements. XML: an element that
+  // declares every prefix it needs. JSON: the member, with what is annotated to it.
+  const char* foreign = nullptr;
 
   // True when there is no value but blanks.
   bool is_blank() const;
@@ -67,8 +72,12 @@ struct Element {
 // All elements of one document. Names and namespaces are interned: equal ones have equal addresses.
 class Source {
  public:
-  // Throws Unreadable, naming the document, the line and the reason.
-  explicit Source(const Document& document);
+  // Is this namespace (XML) or module name (JSON) one of models that are not loaded?
+  using IsForeign = std::function<bool(const char* ns)>;
+
+  // Throws Unreadable, naming the document, the line and the reason. What is foreign is well-formed and within the
+  // limits too, but not looked into; without `is_foreign` nothing is.
+  explicit Source(const Document& document, IsForeign is_foreign = {});
   Source(const Source&) = delete;
   Source& operator=(const Source&) = delete;
 
@@ -81,6 +90,7 @@ class Source {
   static const char* bound(const Element& element, std::string_view prefix);
 
   // For the readers of the two formats.
+  bool is_foreign(const char* ns);
   const char* intern(std::string_view text);
   const char* keep(std::string_view text);
   Element* add(Element& parent, std::string_view name, const char* ns, int line);
@@ -96,6 +106,8 @@ class Source {
 
   std::pmr::monotonic_buffer_resource arena_;
   std::unordered_set<std::string_view> names_;
+  IsForeign is_foreign_;
+  std::unordered_map<const char*, bool> foreign_;
   Format format_;
   std::string name_;
   Element* top_;

@@ -8,9 +8,11 @@
 #include <climits>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "framework/documents_source.h"
+#include "framework/documents_xml_copy.h"
 
 namespace yfw {
 
@@ -31,13 +33,20 @@ class XmlReader {
     open_.push_back(const_cast<Element*>(&source.top()));
   }
 
-  void start(const xmlChar* name, const xmlChar* ns, int scopes, const xmlChar** scope, int attributes,
-             const xmlChar** attribute) {
+  void start(const xmlChar* name, const xmlChar* prefix, const xmlChar* ns, int scopes, const xmlChar** scope,
+             int attributes, const xmlChar** attribute) {
     if (!problem_.empty()) return;
     Element& parent = *open_.back();
+    const std::size_t depth = open_.size() + (copy_.has_value() ? copy_->depth() : 0);
+    if (depth > kDeepest) return stop(fmt::format("elements are nested more than {} deep", kDeepest));
+    if (copy_.has_value()) return copy_start(name, prefix, scopes, scope, attributes, attribute);
     if (!is_blank(text_)) return stop(fmt::format("text stands beside elements in '{}'", parent.name));
     text_.clear();
-    if (open_.size() > kDeepest) return stop(fmt::format("elements are nested more than {} deep", kDeepest));
+    if (ns != nullptr && source_.is_foreign(source_.intern(view(ns)))) {
+      foreign_ = source_.add(parent, view(name), source_.intern(view(ns)), line());
+      copy_.emplace();
+      return copy_start(name, prefix, scopes, scope, attributes, attribute);
+    }
     Element* const element =
         source_.add(parent, view(name), ns == nullptr ? nullptr : source_.intern(view(ns)), line());
     // Two pointers each: prefix and namespace.
@@ -46,18 +55,44 @@ class XmlReader {
           source_.store(Scope{source_.intern(view(scope[0])), source_.intern(view(scope[1])), element->scope});
     }
     // Five pointers each: local name, prefix, namespace, begin and end of the value.
-    for (; attributes > 0; --attributes, attribute += 5) add_attribute(*element, attribute);
+    for (; attributes > 0; --attributes, attribute += 5) {
+      if (!check_attribute(name, attribute)) return;
+      add_attribute(*element, attribute);
+    }
     open_.push_back(element);
   }
 
-  void characters(const xmlChar* text, int size) {
+  void characters(const xmlChar* text, int size, bool is_cdata) {
     if (!problem_.empty()) return;
-    text_.append(reinterpret_cast<const char*>(text), static_cast<std::size_t>(size));
-    if (text_.size() > kLongestText) stop(fmt::format("a text is longer than {} bytes", kLongestText));
+    const std::string_view added(reinterpret_cast<const char*>(text), static_cast<std::size_t>(size));
+    if (!copy_.has_value()) {
+      text_ += added;
+    } else if (is_cdata) {
+      copy_->cdata(added);
+    } else {
+      copy_->characters(added);
+    }
+    const std::size_t length = copy_.has_value() ? copy_->text_size() : text_.size();
+    if (length > kLongestText) stop(fmt::format("a text is longer than {} bytes", kLongestText));
   }
 
-  void end() {
+  void comment(const xmlChar* text) {
+    if (problem_.empty() && copy_.has_value()) copy_->comment(view(text));
+  }
+
+  void instruction(const xmlChar* target, const xmlChar* content) {
+    if (problem_.empty() && copy_.has_value()) copy_->instruction(view(target), view(content));
+  }
+
+  void end(const xmlChar* name, const xmlChar* prefix) {
     if (!problem_.empty()) return;
+    if (copy_.has_value()) {
+      copy_->end(name, prefix);
+      if (copy_->depth() > 0) return;
+      foreign_->foreign = source_.keep(copy_->take(*open_.back()));
+      copy_.reset();
+      return;
+    }
     Element& element = *open_.back();
     if (element.first != nullptr && !is_blank(text_)) {
       return stop(fmt::format("text stands beside elements in '{}'", element.name));
@@ -93,13 +128,28 @@ class XmlReader {
   }
   void stop(std::string_view problem) { stop(problem, line()); }
 
-  void add_attribute(Element& element, const xmlChar** parts) {
-    const std::string_view value(reinterpret_cast<const char*>(parts[3]),
-                                 static_cast<std::size_t>(parts[4] - parts[3]));
-    if (value.size() > kLongestAttribute) {
-      return stop(fmt::format("attribute '{}' of '{}' is longer than {} bytes", view(parts[0]), element.name,
-                              kLongestAttribute));
+  static std::string_view value_of(const xmlChar** attribute) {
+    return {reinterpret_cast<const char*>(attribute[3]), static_cast<std::size_t>(attribute[4] - attribute[3])};
+  }
+
+  // False when there was a reason to stop.
+  bool check_attribute(const xmlChar* element, const xmlChar** attribute) {
+    if (value_of(attribute).size() <= kLongestAttribute) return true;
+    stop(fmt::format("attribute '{}' of '{}' is longer than {} bytes", view(attribute[0]), view(element),
+                     kLongestAttribute));
+    return false;
+  }
+
+  void copy_start(const xmlChar* name, const xmlChar* prefix, int scopes, const xmlChar** scope, int attributes,
+                  const xmlChar** attribute) {
+    for (int i = 0; i < attributes; ++i) {
+      if (!check_attribute(name, attribute + static_cast<std::ptrdiff_t>(i) * 5)) return;
     }
+    copy_->start(name, prefix, scopes, scope, attributes, attribute);
+  }
+
+  void add_attribute(Element& element, const xmlChar** parts) {
+    const std::string_view value = value_of(parts);
     const char* const ns = parts[2] == nullptr ? nullptr : source_.intern(view(parts[2]));
     element.attributes =
         source_.store(Attribute{ns, source_.intern(view(parts[0])), source_.keep(value), element.attributes});
@@ -109,6 +159,8 @@ class XmlReader {
   xmlParserCtxt* parser_;
   std::vector<Element*> open_;
   std::string text_;
+  Element* foreign_ = nullptr;   // the element whose text `copy_` is
+  std::optional<XmlCopy> copy_;  // while a foreign subtree is read
   std::string problem_;
   int line_ = 0;
 };
@@ -120,14 +172,20 @@ XmlReader& reader(void* user) {
 xmlSAXHandler callbacks() {
   xmlSAXHandler sax{};
   sax.initialized = XML_SAX2_MAGIC;
-  sax.startElementNs = [](void* user, const xmlChar* name, const xmlChar*, const xmlChar* ns, int scopes,
+  sax.startElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar* ns, int scopes,
                           const xmlChar** scope, int attributes, int, const xmlChar** attribute) {
-    reader(user).start(name, ns, scopes, scope, attributes, attribute);
+    reader(user).start(name, prefix, ns, scopes, scope, attributes, attribute);
   };
-  sax.endElementNs = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*) { reader(user).end(); };
-  sax.characters = [](void* user, const xmlChar* text, int size) { reader(user).characters(text, size); };
+  sax.endElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar*) {
+    reader(user).end(name, prefix);
+  };
+  sax.characters = [](void* user, const xmlChar* text, int size) { reader(user).characters(text, size, false); };
   sax.ignorableWhitespace = sax.characters;
-  sax.cdataBlock = sax.characters;
+  sax.cdataBlock = [](void* user, const xmlChar* text, int size) { reader(user).characters(text, size, true); };
+  sax.comment = [](void* user, const xmlChar* text) { reader(user).comment(text); };
+  sax.processingInstruction = [](void* user, const xmlChar* target, const xmlChar* content) {
+    reader(user).instruction(target, content);
+  };
   sax.internalSubset = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*) { reader(user).doctype(); };
   sax.serror = [](void* user, xmlErrorPtr error) { reader(user).complain(*error); };
   return sax;
@@ -145,7 +203,8 @@ void Source::read_xml(std::string_view text) {
   XmlReader read(*this, parser.get());
   *parser->sax = callbacks();
   parser->userData = &read;
-  xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET);
+  // Without a DOCTYPE the only entities are XML's own, which attributes would come with otherwise.
+  xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET | XML_PARSE_NOENT);
   xmlParseDocument(parser.get());
   read.report();
   if (parser->wellFormed == 0 || top_->first == nullptr) fail(1, "the document is not well-formed");

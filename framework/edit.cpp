@@ -240,6 +240,18 @@ void validate_native(const Surroundings& around, Data& candidate) {
                  .message = fmt::format("the native configuration that results is not valid: {}", complaint.message)});
 }
 
+void note(const Surroundings& around, std::string text) {
+  if (around.trace != nullptr) (*around.trace)({TraceLine::Kind::note, 3, std::move(text)});
+}
+
+// Throws Refused when what the running configuration becomes is not valid.
+void validate_whole(const Surroundings& around, const std::vector<std::string>& touched, const Data& candidate) {
+  Running then(around.running->data().clone());
+  then.replace(touched, candidate.clone());
+  Data whole = then.take();
+  validate_native(around, whole);
+}
+
 // An entry of a leaf-list goes by writing the list without it, which takes a list to be known.
 void refuse_lone_entries(const lyd_node* node, Operation outer) {
   const Operation own = operation_of(node, outer);
@@ -328,13 +340,22 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   apply_edit(prepared.candidate, prepared.result.native.get(), Operation::merge);
   complete_replaces(document, prepared.result.native, prepared.candidate);
   keep_stored(prepared.candidate, *around.running);
-  validate_native(around, prepared.candidate);
+  const ForeignSubtrees& foreign = around.running->foreign();
+  for (const std::string& path : foreign.spare(prepared.result.native, around.running->data(), prepared.touched)) {
+    note(around, path + " goes piece by piece: what is foreign in it stays");
+  }
+  if (settings.validate_everything) {
+    validate_whole(around, prepared.touched, prepared.candidate);
+  } else {
+    validate_native(around, prepared.candidate);
+  }
   Running then(std::move(prepared.candidate));
   std::vector<Warning> unread_after;
   const Data after = read_back(reading, then, prepared.touched, unread_after);
   report_unsaid(unsaid, then, touched, prepared.result);
   if (settings.verify == Verify::strict) refuse_unsaid_loss(prepared.result.unsaid, then, touched);
   prepared.candidate = then.take();
+  prepared.result.gone = foreign.going(prepared.touched, prepared.candidate, warnings);
   std::vector<Difference> found = differences(expected.data, after);
   refuse_lost_trunks(lost_trunk_entries(found), expected.data);
   if (settings.verify == Verify::strict && !found.empty()) throw Refused(refusal_of(found));

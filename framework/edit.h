@@ -17,6 +17,8 @@ namespace yfw {
 struct EditSettings {
   Verify verify = Verify::report;
   bool ignore_unmapped = false;
+  // Further models may tie an entry to what is not part of it, so that all of the result has to be validated.
+  bool validate_everything = false;
 };
 
 // The outcome, not applied yet.

@@ -36,7 +36,9 @@ std::vector<std::string> lines_of(std::string_view text) {
 
 struct Host::Impl {
   explicit Impl(HostOptions given)
-      : options(std::move(given)), models(options.yang_dir, options.openconfig_dir), paths(models.get()) {}
+      : options(std::move(given)),
+        models(options.yang_dir, options.openconfig_dir, options.models_dirs),
+        paths(models.get()) {}
 
   Surroundings around() {
     Surroundings result;
@@ -53,7 +55,7 @@ struct Host::Impl {
   PreparedEdit prepare(const Document& request) {
     if (plugins.empty()) throw Unreadable("no plug-in is loaded");
     return prepare_edit(around(), leaves, parse_edit(models.get(), request, options.default_operation),
-                        {options.verify, options.ignore_unmapped});
+                        {options.verify, options.ignore_unmapped, !options.models_dirs.empty()});
   }
 
   // The filter without what nobody maps; empty when there was none. False when nothing is left of it.
@@ -103,7 +105,7 @@ struct Host::Impl {
     Data filter;
     if (!take_filter(document, filter, result.warnings)) return result;
     Data state;
-    if (operational != nullptr) state = parse_data(models.get(), *operational, true, &result.warnings);
+    if (operational != nullptr) state = parse_operational(models.get(), *operational, &result.warnings);
     const std::vector<Contradiction> contradictions = keep_last_told(state);
     FetchSet fetch;
     if (!filter.empty()) fetch = collect_paths(around(), filter, operational != nullptr).set;
@@ -174,8 +176,10 @@ void Host::load_plugin(const std::string& path) {
   impl_->plugins.load(path);
 }
 
-void Host::set_running(const Document& document) {
-  impl_->running.emplace(parse_data(impl_->models.get(), document, false));
+std::vector<Warning> Host::set_running(const Document& document) {
+  RunningDocument read = parse_running(impl_->models, document);
+  impl_->running.emplace(std::move(read.data), std::move(read.foreign));
+  return std::move(read.warnings);
 }
 
 bool Host::has_running() const {
@@ -185,6 +189,22 @@ bool Host::has_running() const {
 const Data& Host::running() const {
   static const Data nothing;
   return impl_->running.has_value() ? impl_->running->data() : nothing;
+}
+
+std::string Host::print_running(Format format) const {
+  if (!impl_->running.has_value()) return Data().print_document(format);
+  return impl_->running->foreign().print(running(), impl_->models.get(), format);
+}
+
+std::vector<Foreign> Host::foreign() const {
+  std::vector<Foreign> result;
+  if (!impl_->running.has_value()) return result;
+  for (const ForeignSubtree& each : impl_->running->foreign().all()) result.push_back(each.described());
+  return result;
+}
+
+bool Host::is_edit(const Document& document) const {
+  return yfw::is_edit(impl_->models.get(), document);
 }
 
 EditResult Host::edit(const Document& request) {

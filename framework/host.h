@@ -36,6 +36,8 @@ struct HostOptions {
   std::string yang_dir;
   // Folder with published OpenConfig modules to load instead of the compact ones; empty for none.
   std::string openconfig_dir = {};
+  // Folders with further modules of the device, all of which are loaded.
+  std::vector<std::string> models_dirs = {};
   Layer layer = Layer::from_running;
   Verify verify = Verify::report;
   // Drop request parts that no plug-in maps, with a warning, instead of refusing them.
@@ -83,6 +85,7 @@ struct EditResult {
   std::vector<Warning> warnings;
   std::vector<Difference> differences;  // empty without a running configuration or with Verify::off
   std::vector<Unsaid> unsaid;           // of the entries that the edit touches, as they were before it
+  std::vector<Foreign> gone;            // subtrees of models that are not loaded that go with what holds them
 };
 
 struct ReadResult {
@@ -109,11 +112,20 @@ class Host {
   // Loads a plug-in as a device does: dlopen, then its registration entry point where it has one.
   void load_plugin(const std::string& path);
 
-  // Replaces the native running configuration. Bare data, or inside <data> or <config>.
-  void set_running(const Document& document);
+  // Replaces the native running configuration. Bare data, or inside <data>, <config> or <rpc-reply>. Subtrees of models
+  // that are not loaded are carried along unread, which is told.
+  std::vector<Warning> set_running(const Document& document);
   bool has_running() const;
-  // The native running configuration, to print; owned by the host, valid until it changes.
+  // The native running configuration as far as models are loaded; owned by the host, valid until it changes.
   const Data& running() const;
+  // All of it, as a document that `set_running` takes. Subtrees of models that are not loaded can only be printed in
+  // the format that they came in.
+  std::string print_running(Format format) const;
+  // Its subtrees of models that are not loaded, in the order of the document.
+  std::vector<Foreign> foreign() const;
+
+  // True for a document that holds an OpenConfig edit and no running configuration.
+  bool is_edit(const Document& document) const;
 
   // What an OpenConfig edit becomes natively. Nothing is applied. With a running configuration the edit is checked
   // against it; without one, existence is not checked.

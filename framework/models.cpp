@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -36,15 +37,19 @@ constexpr std::array<const char*, 10> kModules{"ietf-netconf",
 struct Folders {
   std::string yang;
   std::string openconfig;
+  std::vector<std::string> further;
   std::string failure;  // of the last look-up; empty when it succeeded
 };
 
 // Which folders may hold a module. Mixing compact and published OpenConfig modules would make a model of neither.
 std::vector<fs::path> folders_for(const Folders& folders, std::string_view module) {
   const bool ours = module.starts_with("Vexnet-OS-") || module == "ietf-netconf";
-  if (ours || folders.openconfig.empty()) return {folders.yang};
-  if (module.starts_with("openconfig-")) return {folders.openconfig};
-  return {folders.openconfig, folders.yang};
+  const bool published = !ours && !folders.openconfig.empty();
+  std::vector<fs::path> result;
+  if (published) result.emplace_back(folders.openconfig);
+  if (!published || !module.starts_with("openconfig-")) result.emplace_back(folders.yang);
+  result.insert(result.end(), folders.further.begin(), folders.further.end());
+  return result;
 }
 
 // NAME.yang, or the newest NAME@REVISION.yang; empty when the folder has neither.
@@ -94,13 +99,51 @@ std::string first_complaint(const ly_ctx* context) {
   return "unknown reason";
 }
 
+// False for a submodule, which only its module can load.
+bool is_module(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  std::string line;
+  while (std::getline(in, line)) {
+    line.erase(0, line.find_first_not_of(" \t\r\xEF\xBB\xBF"));
+    if (line.starts_with("submodule")) return false;
+    if (line.starts_with("module")) return true;
+  }
+  return true;
+}
+
+// The names of all modules in a folder, in order.
+std::set<std::string> modules_in(const std::string& folder) {
+  std::error_code error;
+  std::set<std::string> names;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    const fs::path& file = entry->path();
+    if (file.extension() != ".yang" || !is_module(file)) continue;
+    const std::string stem = file.stem().string();
+    names.insert(stem.substr(0, stem.find('@')));
+  }
+  if (error) throw Unreadable(fmt::format("{}: cannot be read: {}", folder, error.message()));
+  if (names.empty()) throw Unreadable(fmt::format("{}: there is no YANG module in this folder", folder));
+  return names;
+}
+
+const lys_module* load(ly_ctx* context, const char* module, Folders& folders) {
+  ly_err_clean(context, nullptr);
+  folders.failure.clear();
+  const lys_module* const loaded = ly_ctx_load_module(context, module, nullptr, nullptr);
+  if (loaded != nullptr) return loaded;
+  throw Unreadable(fmt::format("cannot load module {}: {}", module,
+                               folders.failure.empty() ? first_complaint(context) : folders.failure));
+}
+
 }  // namespace
 
 void Models::Destroy::operator()(ly_ctx* context) const noexcept {
   ly_ctx_destroy(context);
 }
 
-Models::Models(const std::string& yang_dir, const std::string& openconfig_dir) {
+Models::Models(const std::string& yang_dir, const std::string& openconfig_dir,
+               const std::vector<std::string>& further_dirs) {
   // Messages are kept with the context and thread that they belong to; nothing is printed.
   ly_log_options(LY_LOSTORE);
   ly_ctx* context = nullptr;
@@ -109,14 +152,16 @@ Models::Models(const std::string& yang_dir, const std::string& openconfig_dir) {
   if (ly_ctx_new(nullptr, kOptions, &context) != LY_SUCCESS) throw Unreadable("cannot start the YANG library");
   context_.reset(context);
 
-  Folders folders{yang_dir, openconfig_dir, {}};
+  Folders folders{yang_dir, openconfig_dir, {}, {}};
   ly_ctx_set_module_imp_clb(context, import_module, &folders);
-  for (const char* const module : kModules) {
-    ly_err_clean(context, nullptr);
-    folders.failure.clear();
-    if (ly_ctx_load_module(context, module, nullptr, nullptr) != nullptr) continue;
-    throw Unreadable(fmt::format("cannot load module {}: {}", module,
-                                 folders.failure.empty() ? first_complaint(context) : folders.failure));
+  for (const char* const module : kModules) load(context, module, folders);
+  folders.further = further_dirs;
+  for (const std::string& folder : further_dirs) {
+    for (const std::string& module : modules_in(folder)) {
+      const bool is_known = ly_ctx_get_module_implemented(context, module.c_str()) != nullptr;
+      const lys_module* const loaded = load(context, module.c_str(), folders);
+      if (!is_known) further_.insert(loaded);
+    }
   }
   ly_err_clean(context, nullptr);
   ly_ctx_set_module_imp_clb(context, nullptr, nullptr);

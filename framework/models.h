@@ -3,8 +3,11 @@
 
 #include <memory>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 struct ly_ctx;
+struct lys_module;
 
 namespace yfw {
 
@@ -13,15 +16,21 @@ class Models {
  public:
   // `yang_dir` holds the native modules and the compact OpenConfig ones; with `openconfig_dir`, OpenConfig modules come
   // from there and never from `yang_dir`. Throws Unreadable, naming module and reason.
-  explicit Models(const std::string& yang_dir, const std::string& openconfig_dir = {});
+  // All modules in `further_dirs` are loaded beside these.
+  explicit Models(const std::string& yang_dir, const std::string& openconfig_dir = {},
+                  const std::vector<std::string>& further_dirs = {});
 
   ly_ctx* get() const noexcept { return context_.get(); }
+
+  // True for modules that only the further folders brought in.
+  bool is_further(const lys_module* module) const { return further_.contains(module); }
 
  private:
   struct Destroy {
     void operator()(ly_ctx* context) const noexcept;
   };
   std::unique_ptr<ly_ctx, Destroy> context_;
+  std::unordered_set<const lys_module*> further_;
 };
 
 }  // namespace yfw

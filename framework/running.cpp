@@ -3,7 +3,10 @@
 
 #include <libyang/libyang.h>
 
+#include <unordered_set>
+
 #include "framework/filter.h"
+#include "framework/schema.h"
 
 namespace yfw {
 
@@ -12,10 +15,15 @@ namespace {
 constexpr std::string_view kRoot = "interface-configurations";
 constexpr std::string_view kEntry = "interface-configuration";
 
+bool is_native(const lyd_node* node, std::string_view name) {
+  return node->schema != nullptr && name == node->schema->name &&
+         std::string_view(kNativeInterfaceModule) == node->schema->module->name;
+}
+
 lyd_node* root_of(const Data& data) {
   lyd_node* node = nullptr;
   LY_LIST_FOR(data.get(), node) {
-    if (node->schema != nullptr && kRoot == node->schema->name) return node;
+    if (is_native(node, kRoot)) return node;
   }
   return nullptr;
 }
@@ -52,6 +60,10 @@ const lyd_node* child_named(const lyd_node* parent, std::string_view name) {
   return nullptr;
 }
 
+bool is_interface_entry(const lyd_node* node) {
+  return is_native(node, kEntry);
+}
+
 std::string_view entry_name(const lyd_node* entry) {
   return lyd_get_value(lyd_child(entry));
 }
@@ -60,7 +72,7 @@ bool is_l2(const lyd_node* entry) {
   return child_named(entry, "l2-transport") != nullptr;
 }
 
-Running::Running(Data data) : data_(std::move(data)) {
+Running::Running(Data data, ForeignSubtrees foreign) : data_(std::move(data)), foreign_(std::move(foreign)) {
   // Validation adds every container that could be there; most of a device is made of what is not.
   strip_defaults(data_);
   index();
@@ -80,7 +92,7 @@ void Running::index() {
   if (root == nullptr) return;
   const lyd_node* entry = nullptr;
   LY_LIST_FOR(lyd_child(root), entry) {
-    if (entry->schema == nullptr || kEntry != entry->schema->name) continue;
+    if (!is_interface_entry(entry)) continue;
     const std::string_view name = entry_name(entry);
     order_.push_back(entry);
     by_name_.emplace(name, entry);
@@ -131,6 +143,11 @@ void Running::replace(const std::vector<std::string>& native_names, Data changed
   LY_LIST_FOR(lyd_child(fresh_root), each) {
     fresh.emplace(entry_name(each), each);
   }
+  std::vector<std::string> going;
+  for (const std::string& name : native_names) {
+    if (entry(name) != nullptr && !fresh.contains(name)) going.push_back(name);
+  }
+  keep_places(going);
   bool entries_changed = false;
   std::vector<lyd_node*> added;
   for (const std::string& name : native_names) {
@@ -170,6 +187,23 @@ void Running::replace(const std::vector<std::string>& native_names, Data changed
     entries_changed = true;
   }
   if (entries_changed) index();
+  foreign_.forget(native_names, data_);
+}
+
+// What stands behind an entry that goes shall stand behind those before it.
+void Running::keep_places(const std::vector<std::string>& going) {
+  if (going.empty() || foreign_.empty()) return;
+  const std::unordered_set<std::string_view> names(going.begin(), going.end());
+  std::unordered_map<std::string_view, const lyd_node*> stays;
+  const lyd_node* last = nullptr;
+  for (const lyd_node* const each : order_) {
+    if (names.contains(entry_name(each))) {
+      stays.emplace(entry_name(each), last);
+    } else {
+      last = each;
+    }
+  }
+  foreign_.follow(stays);
 }
 
 }  // namespace yfw

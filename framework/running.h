@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "framework/data.h"
+#include "framework/foreign.h"
 
 struct ly_ctx;
 struct lysc_node;
@@ -33,9 +34,10 @@ std::string join_interface_name(std::string_view name, std::string_view index);
 class Running {
  public:
   // Takes the configuration over. Null data is an empty configuration.
-  explicit Running(Data data = {});
+  explicit Running(Data data = {}, ForeignSubtrees foreign = {});
 
   const Data& data() const { return data_; }
+  const ForeignSubtrees& foreign() const { return foreign_; }
 
   // Gives the configuration away; what is left is empty.
   Data take();
@@ -55,17 +57,22 @@ class Running {
   // The entries of these names, copied into a tree of their own; names without an entry are left out.
   Data copy(const std::vector<std::string>& native_names) const;
 
-  // Puts what `changed` holds of these names in place of what is here: entries are replaced, added, or go.
+  // Puts what `changed` holds of these names in place of what is here: entries are replaced, added, or go. Foreign
+  // subtrees go with the entries that they are in, and stay otherwise.
   void replace(const std::vector<std::string>& native_names, Data changed);
 
  private:
   void index();
+  void keep_places(const std::vector<std::string>& going);
 
   Data data_;
+  ForeignSubtrees foreign_;
   std::vector<const lyd_node*> order_;
   std::unordered_map<std::string_view, const lyd_node*> by_name_;
   std::unordered_map<std::string, std::vector<std::string>> subinterfaces_;
 };
+
+bool is_interface_entry(const lyd_node* node);
 
 // The name of an interface entry.
 std::string_view entry_name(const lyd_node* entry);

@@ -269,7 +269,7 @@ TEST_F(Read, AFilterThatMatchesNothingIsNoError) {
   const std::vector<std::string> path = {"read", "--running", running, "--path", "/interfaces/interface[name='none']"};
   const Outcome xml = run(path);
   EXPECT_EQ(xml.exit_code, 0) << xml;
-  EXPECT_EQ(xml.out, "");
+  EXPECT_EQ(xml.out, "<data xmlns=\"urn:ietf:params:xml:ns:netconf:base:1.0\"/>\n");
   std::vector<std::string> json = path;
   json.insert(json.end(), {"--format", "json"});
   EXPECT_EQ(run(json).out, "{}\n");

@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"Translate",
          {"translate", "--help"},
          {"Example", "ocvlan translate request.xml", "REQUEST", "--running FILE", "--format json|xml",
-          "-o,--output FILE", "--yang-dir DIR", "--plugin FILE", "--l2", "--l3",
+          "-o,--output FILE", "--yang-dir DIR", "--models DIR", "--plugin FILE", "--l2", "--l3",
           "--default-operation merge|none|replace", "--ignore-unmapped", "--bind subinterface-vlan-id",
           "--verify[=report|strict]", "--no-verify", "--trace[=FILE]", "--quiet"}},
         {"Apply", {"apply", "--help"}, {"Example", "ocvlan apply request.xml --running", "--verify[=report|strict]"}},

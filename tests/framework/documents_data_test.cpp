@@ -10,7 +10,15 @@ namespace {
 std::string data_outcome(std::string_view text, bool state) {
   return outcome_of([&] {
     std::vector<Warning> warnings;
-    const Data data = parse_data(compact_models().get(), {text, format_of(text), "file"}, state, &warnings);
+    const Document document{text, format_of(text), "file"};
+    Data data;
+    if (state) {
+      data = parse_operational(compact_models().get(), document, &warnings);
+    } else {
+      RunningDocument running = parse_running(compact_models(), document);
+      data = std::move(running.data);
+      warnings = std::move(running.warnings);
+    }
     std::string result;
     for (const Warning& warning : warnings) result += fmt::format("warning: {}: {}\n", warning.path, warning.message);
     return result + data.print(Format::xml);
@@ -48,9 +56,31 @@ TEST(Running, MayBeEmpty) {
   for (const char* const text : {"<config/>", "<data/>", "{}"}) EXPECT_EQ(data_outcome(text, false), "") << text;
 }
 
-TEST(Running, IgnoresMetadataOfOthers) {
-  const std::string text = entries(std::string(kEntry).insert(24, " xmlns:o='urn:o' o:origin='o:intended'"));
-  EXPECT_EQ(data_outcome(text, false), kPrinted) << text;
+#define ENTRIES "/Vexnet-OS-interface-cfg:interface-configurations/interface-configuration"
+
+TEST(Running, TellsOnceThatAttributesOfOthersAreNotKept) {
+  const std::string one = entries(std::string(kEntry).insert(24, " xmlns:o='urn:o' o:origin='o:intended'"));
+  EXPECT_EQ(
+      data_outcome(one, false),
+      std::string("warning: " ENTRIES "[interface-name='Ethernet0/0/1.5']: the attribute 'origin' is not kept\n") +
+          kPrinted);
+  const std::string four =
+      entries(
+          "<interface-configuration><interface-name a='1' xml:lang='en'>Ethernet0/0/1.5</interface-name>"
+          "<l2-transport b='2'/></interface-configuration>")
+          .replace(0, 25, "<interface-configurations c='3' ");
+  EXPECT_EQ(
+      data_outcome(four, false),
+      std::string("warning: /Vexnet-OS-interface-cfg:interface-configurations: the attribute 'c' is not kept, nor "
+                  "are 3 more of file\n") +
+          kPrinted);
+  EXPECT_EQ(
+      data_outcome(R"({"Vexnet-OS-interface-cfg:interface-configurations": {"interface-configuration":
+          [{"interface-name": "Ethernet0/0/1.5", "l2-transport": {"@": {"o:origin": "intended", "o:by": 1}}}]}})",
+                   false),
+      std::string("warning: " ENTRIES "[interface-name='Ethernet0/0/1.5']/l2-transport: the attribute 'origin' is "
+                  "not kept, nor is 1 more of file\n") +
+          kPrinted);
 }
 
 struct BadData {
@@ -73,8 +103,6 @@ TEST_P(BadRunning, IsUnreadableAsAWhole) {
   EXPECT_EQ(data_outcome(GetParam().text, false), fmt::format("unreadable: file: {}\n", GetParam().said));
 }
 
-#define ENTRIES "/Vexnet-OS-interface-cfg:interface-configurations/interface-configuration"
-
 INSTANTIATE_TEST_SUITE_P(
     Files, BadRunning,
     testing::Values(
@@ -83,8 +111,11 @@ INSTANTIATE_TEST_SUITE_P(
                 "line 2: Premature end of data in tag interface-configurations line 2"},
         BadData{"OpenConfig", "<interfaces xmlns='http://openconfig.net/yang/interfaces'/>",
                 "'openconfig-interfaces:interfaces' is not of the model Vexnet-OS-interface-cfg"},
-        BadData{"UnknownModel", "<routers xmlns='urn:r'/>",
-                "line 1: 'routers' is in the namespace \"urn:r\", which no loaded model has (/routers)"},
+        BadData{"UnknownInALoadedModel", "<routers xmlns='http://vexnet.com/ns/yang/Vexnet-OS-interface-cfg'/>",
+                "line 1: 'routers' is not known in the model Vexnet-OS-interface-cfg; allowed: "
+                "interface-configurations (/Vexnet-OS-interface-cfg:routers)"},
+        BadData{"NoNamespace", entries(std::string(kEntry)).insert(84, "<x xmlns=''/>"),
+                "line 1: 'x' is in no namespace of a model (/Vexnet-OS-interface-cfg:interface-configurations/x)"},
         BadData{"UnknownElement", entries("\n" + std::string(kEntry) + "\n\n<x/>"),
                 "line 4: 'x' is not known in 'interface-configurations'; allowed: interface-configuration "
                 "(/Vexnet-OS-interface-cfg:interface-configurations/x)"},

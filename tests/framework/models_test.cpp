@@ -136,6 +136,26 @@ TEST(Models, AreNotLookedForElsewhere) {
   fs::current_path(before);
 }
 
+TEST(Models, OfFurtherFoldersAreLoadedAllOfThem) {
+  const Folder further;
+  further.write("one.yang", "module one { namespace \"urn:one\"; prefix o; include part; import two { prefix t; } }");
+  further.write("part.yang", "// a\nsubmodule part { belongs-to one { prefix o; } leaf leaf { type string; } }");
+  further.write("two@2025-01-01.yang", "not the newest");
+  further.write("two@2026-01-01.yang", "module two { namespace \"urn:two\"; prefix t; revision 2026-01-01; }");
+  further.write("readme.txt", "no module");
+  fs::copy(fs::path(kYang) / "openconfig-vlan.yang", further.path());
+  const Models models(kYang, {}, {further.path()});
+  expect_complete(models);
+  for (const char* const name : {"one", "two"}) {
+    ASSERT_NE(module_in(models, name), nullptr) << name;
+    EXPECT_TRUE(models.is_further(module_in(models, name))) << name;
+  }
+  EXPECT_STREQ(module_in(models, "two")->revision, "2026-01-01");
+  // What is loaded anyway stays what it is.
+  EXPECT_FALSE(models.is_further(module_in(models, "openconfig-vlan")));
+  EXPECT_FALSE(models.is_further(module_in(models, "Vexnet-OS-interface-cfg")));
+}
+
 TEST(Models, LoadOnManyThreads) {
   std::vector<std::string> outcomes(4);
   std::vector<std::thread> threads;

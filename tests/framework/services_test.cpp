@@ -62,7 +62,7 @@ class ServicesTest : public testing::Test {
 
   Models models_{OC_VLAN_SOURCE_DIR "/yang", ""};
   PathCache paths_{models_.get()};
-  Running running_{parse_data(models_.get(), {kRunning, Format::xml, "running"}, false)};
+  Running running_{parse_running(models_, {kRunning, Format::xml, "running"}).data};
 };
 
 TEST_F(ServicesTest, InterfaceManagerAnswersFromTheRunningConfiguration) {

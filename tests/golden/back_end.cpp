@@ -29,7 +29,7 @@ class Library : public BackEnd {
   Answer apply(const Request& request) const override {
     return answer(request, [&](yfw::Host& host, const yfw::Document& document) {
       const yfw::EditResult result = host.apply(document);
-      return Answer{host.running().print(request.format), remarks_of(result)};
+      return Answer{host.print_running(request.format), remarks_of(result)};
     });
   }
 
@@ -39,7 +39,7 @@ class Library : public BackEnd {
       const yfw::ReadResult result = request.oper.empty()
                                          ? host.read(filter)
                                          : host.read_state({oper, format_of(request.oper), request.oper}, filter);
-      return Answer{result.data.print(request.format), remarks_of(result.warnings)};
+      return Answer{result.data.print_document(request.format), remarks_of(result.warnings)};
     });
   }
 
@@ -48,13 +48,17 @@ class Library : public BackEnd {
   Answer answer(const Request& request, const Ask& ask) const {
     try {
       yfw::Host host(options_of(request));
+      std::string remarks;
       host.load_plugin(OC_VLAN_PLUGIN_FILE);
       if (!request.running.empty()) {
-        host.set_running({contents(request.running), format_of(request.running), request.running});
+        remarks =
+            remarks_of(host.set_running({contents(request.running), format_of(request.running), request.running}));
       }
-      if (request.document.empty()) return ask(host, yfw::Document{});
-      const std::string text = contents(request.document);
-      return ask(host, {text, format_of(request.document), request.document});
+      const std::string text = request.document.empty() ? "" : contents(request.document);
+      Answer answer = ask(
+          host, text.empty() ? yfw::Document{} : yfw::Document{text, format_of(request.document), request.document});
+      answer.remarks.insert(0, remarks);
+      return answer;
     } catch (const yfw::Refused& refused) {
       return {"", "refused: " + refused.error().path + ": " + refused.error().message + "\n"};
     }

@@ -213,6 +213,49 @@ TEST_P(Device, ChangesNothingWhenItsConfigurationIsAskedAgain) {
       contents(kExamples + "running-written-back-warnings.txt"));
 }
 
+// As a device prints it: much of it is in models that are not loaded.
+const std::string kReply = kExamples + "rpc-reply.xml";
+const std::string kCarried = "warning: " + kReply +
+                             ": 72 subtrees of models that are not loaded are carried along unread "
+                             "(http://example.net/ns/system, http://example.net/ns/management, "
+                             "http://example.net/ns/acl and 16 more)\n";
+constexpr char kGone[] =
+    "warning: /Vexnet-OS-interface-cfg:interface-configurations/interface-configuration[interface-name="
+    "'Bundle-Ether6.77']: goes with it: 3 subtrees of models that are not loaded (http://example.net/ns/bridge, "
+    "http://example.net/ns/interface-qos)\n";
+
+TEST_P(Device, ReadsWhatItPrints) {
+  const Request request{.document = "", .running = kReply, .oper = "", .options = {}};
+  for (const Format out : kFormats) {
+    expect_file(
+        kExamples + "rpc-reply-openconfig.xml", request, out,
+        [this](const Request& asked) { return back_end_->read(asked); }, kCarried);
+  }
+}
+
+TEST_P(Device, KeepsWhatIsBesideItsVlans) {
+  for (const Format in : kFormats) {
+    SCOPED_TRACE("request" + suffix_of(in));
+    const Request request{
+        .document = kExamples + "rpc-reply-request" + suffix_of(in), .running = kReply, .oper = "", .options = {}};
+    expect_file(
+        kExamples + "rpc-reply-applied.xml", request, Format::xml,
+        [this](const Request& asked) { return back_end_->apply(asked); }, kCarried + kGone);
+  }
+}
+
+TEST_P(Device, RefusesToPrintInJsonWhatItCannotSayThere) {
+  const Request request{.document = kExamples + "rpc-reply-request.xml",
+                        .running = kReply,
+                        .oper = "",
+                        .options = {},
+                        .format = Format::json};
+  const Answer answer = back_end_->apply(request);
+  EXPECT_NE(answer.remarks.find("refused: /system: 'system' is of a model that is not loaded"), std::string::npos)
+      << answer.remarks;
+  EXPECT_EQ(answer.text.find("interface-configurations"), std::string::npos) << answer.text;
+}
+
 INSTANTIATE_TEST_SUITE_P(Settings, Device, testing::ValuesIn(kSettings),
                          [](const auto& setting) { return name_of(setting.param); });
 
