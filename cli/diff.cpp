@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "cli/commands.h"
+#include "cli/message.h"
 #include "framework/edit_config.h"
 
 namespace ocvlan {
@@ -33,15 +34,16 @@ yfw::Data read_everything(Session& session) {
 std::string list_differences(const yfw::Data& before, const yfw::Data& after) {
   std::string text;
   for (const yfw::Delta& delta : yfw::compare(before, after)) {
+    std::string line;
     if (delta.was_present && delta.is_present) {
-      text += fmt::format("~ {}: {} -> {}\n", delta.path, delta.before, delta.after);
+      line = fmt::format("~ {}: {} -> {}", delta.path, delta.before, delta.after);
     } else {
       const std::string& value = delta.is_present ? delta.after : delta.before;
-      text += fmt::format("{} {}", delta.is_present ? '+' : '-', delta.path);
+      line = fmt::format("{} {}", delta.is_present ? '+' : '-', delta.path);
       // The path of an entry of a leaf-list says its value.
-      if (!value.empty() && !delta.path.ends_with(']')) text += fmt::format(": {}", value);
-      text += '\n';
+      if (!value.empty() && !delta.path.ends_with(']')) line += fmt::format(": {}", value);
     }
+    text += printable(line) + '\n';
   }
   return text;
 }
@@ -56,9 +58,8 @@ std::string tree_of_differences(const yfw::Data& before, const yfw::Data& after,
 
 std::string compare_configurations(Session& session) {
   const Options& options = session.options();
-  const Input first = read_input(options.input);
-  const Input second = read_input(options.second);
-  session.host().set_running(first.document());
+  const Input& second = session.second();
+  session.host().set_running(session.request().document());
   const yfw::Data before = read_everything(session);
   if (is_edit(second)) {
     session.warn(session.host().apply(second.document()).warnings);
@@ -74,9 +75,8 @@ std::string compare_configurations(Session& session) {
 std::string diff(Session& session) {
   const Options& options = session.options();
   if (!options.state) return compare_configurations(session);
-  session.load_running(options.running);
-  const Input oper = read_input(options.oper);
-  const yfw::ReadResult result = session.host().read_state(oper.document());
+  session.load_running();
+  const yfw::ReadResult result = session.host().read_state(session.oper().document());
   session.warn(result.warnings);
   return compare_state(result.data);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/message.h"
 
 namespace ocvlan {
 namespace {
@@ -35,7 +36,7 @@ std::string value(const lyd_node* parent, std::string_view name) {
     if (!text.empty()) text += ',';
     text += whole.substr(whole.find(':') + 1);
   }
-  return text;
+  return printable(text);
 }
 
 struct MatchForm {

@@ -1,4 +1,5 @@
-// What people and programs are told: warnings, refusals, differences and trace lines.
+// What people and programs are told, before cli/message.h makes it fit for a terminal: warnings, refusals, differences
+// and trace lines.
 #pragma once
 
 #include <string>
@@ -10,9 +11,6 @@
 
 namespace ocvlan {
 
-// A line, whatever the text holds: a document cannot write control characters to a terminal.
-std::string one_line(const std::string& text);
-
 // "ocvlan: refused: PATH: MESSAGE", naming the element where neither of them does.
 std::string refusal_line(const yfw::RpcError& error);
 
@@ -22,8 +20,8 @@ std::string rpc_error(const yfw::RpcError& error, yfw::Format format);
 // "warning: PATH: MESSAGE"
 std::string warning_line(const yfw::Warning& warning);
 
-// Each leaf that does not read back as asked: what was asked, what reads back, what to ask for instead.
-std::string verify_report(const std::vector<yfw::Difference>& differences);
+// Each leaf that does not read back as asked, in lines: what was asked, what reads back, what to ask for instead.
+std::vector<std::string> verify_report(const std::vector<yfw::Difference>& differences);
 
 // "KIND LEVEL text" of a trace line, e.g. "log 0 ERR: ..."
 std::string trace_text(const yfw::TraceLine& line);

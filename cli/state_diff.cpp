@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/message.h"
 
 namespace ocvlan {
 namespace {
@@ -127,8 +128,9 @@ std::string compare_state(const yfw::Data& data) {
   for (const auto& [path, twins] : leaves.entries()) {
     const Values down = missing(twins.configured, twins.up);
     const Values strange = missing(twins.up, twins.configured);
-    if (!down.empty()) text += fmt::format("- {}: {} configured, not up\n", path, fmt::join(down, " "));
-    if (!strange.empty()) text += fmt::format("+ {}: {} up, not configured\n", path, fmt::join(strange, " "));
+    const auto add = [&text](const std::string& line) { text += printable(line) + '\n'; };
+    if (!down.empty()) add(fmt::format("- {}: {} configured, not up", path, fmt::join(down, " ")));
+    if (!strange.empty()) add(fmt::format("+ {}: {} up, not configured", path, fmt::join(strange, " ")));
   }
   return text;
 }
