@@ -214,7 +214,9 @@ class JsonReader {
 
   const Attribute* annotations() {
     const Attribute* result = nullptr;
+    std::size_t count = 0;
     sequence('{', '}', [&] {
+      if (++count > kMostAttributes) fail(fmt::format("an annotation has more than {} members", kMostAttributes));
       const auto [ns, name] = split(string(), nullptr);
       need(':');
       Element held;

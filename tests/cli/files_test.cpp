@@ -76,6 +76,15 @@ INSTANTIATE_TEST_SUITE_P(
          "neither XML"},
         {"BinaryAfterBracket", std::string("<\0\1\xff", 4), "line 1"},
         {"BinaryAfterBrace", std::string("{\0\1\xff", 4), ""},
+        {"NulAndMore", single_tagged("100") + std::string("\n\0<more/>", 9), "line 2: a NUL character"},
+        {"NulInJson", std::string("{\"a\": 1}\n\0{}", 12), "line 2"},
+        {"ManyAttributes",
+         [] {
+           std::string text = "<a";
+           for (int i = 0; i < 200'000; ++i) text += " a" + std::to_string(i) + "=''";
+           return text + "/>";
+         }(),
+         "line 1: an element has more than 256 attributes"},
         {"NotUtf8", single_tagged("\xff\xfe"), "line 1"},
         {"TruncatedXml", single_tagged("100").substr(0, 120), "line 1"},
         {"TruncatedJson", R"({"openconfig-interfaces:interfaces": {"interface": [{"name": )", ""},
@@ -262,6 +271,22 @@ TEST_F(Files, TheEnvironmentNamesPluginAndModels) {
   const Outcome models = run({"translate", "-"}, {.input = single_tagged("100"), .variables = {{"OCVLAN_YANG", none}}});
   EXPECT_EQ(models.exit_code, 3) << models;
   EXPECT_NE(models.err.find(none), std::string::npos) << models;
+}
+
+TEST_F(Files, AFolderIsNoPluginAndNoModel) {
+  const Outcome plugin = run({"translate", "-", "--plugin", folder.path("")}, {.input = single_tagged("100")});
+  EXPECT_EQ(plugin.exit_code, 3) << plugin;
+  EXPECT_NE(plugin.err.find(folder.path("")), std::string::npos) << plugin;
+  EXPECT_NE(plugin.err.find("Is a directory"), std::string::npos) << plugin;
+  std::filesystem::copy(OC_VLAN_SOURCE_DIR "/yang", folder.path("yang"));
+  const std::string module = folder.path("yang/Vexnet-OS-interface-cfg.yang");
+  std::filesystem::remove(module);
+  std::filesystem::create_directory(module);
+  const Outcome models =
+      run({"translate", "-"}, {.input = single_tagged("100"), .variables = {{"OCVLAN_YANG", folder.path("yang")}}});
+  EXPECT_EQ(models.exit_code, 3) << models;
+  EXPECT_EQ(models.err,
+            "ocvlan: cannot load module Vexnet-OS-interface-cfg: " + module + " cannot be read: it is no file\n");
 }
 
 TEST_F(Files, ModelsThatAreNotThere) {
