@@ -12,20 +12,34 @@
 
 namespace ocvlan {
 
-// A host as the options want it, and what it says while it works.
+// The documents and the host that the options ask for, and what the host says while it works.
 class Session {
  public:
   explicit Session(Options options);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
 
   const Options& options() const { return options_; }
   yfw::Host& host() { return host_; }
 
-  void load_running(const std::string& file);
+  // What the options name, read before any file is written.
+  const Input& request() const { return request_; }  // or filter, or A
+  const Input& second() const { return second_; }
+  const Input& oper() const { return oper_; }
+  // Hands the running configuration, which can be large, to the host.
+  void load_running();
+
   void warn(const std::vector<yfw::Warning>& warnings) const;
   void finish_trace();
 
  private:
+  yfw::HostOptions host_options();
+
   Options options_;
+  Input request_;
+  Input second_;
+  Input running_;
+  Input oper_;
   std::unique_ptr<LineFile> trace_;
   yfw::Host host_;
 };

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "cli/commands.h"
+#include "cli/message.h"
 #include "framework/edit_config.h"
 #include "framework/native_diff.h"
 
@@ -34,15 +35,16 @@ Side read_everything(Session& session) {
 std::string list_differences(const std::vector<yfw::Delta>& deltas, std::string_view mark) {
   std::string text;
   for (const yfw::Delta& delta : deltas) {
+    std::string line;
     if (delta.was_present && delta.is_present) {
-      text += fmt::format("~ {}: {} -> {}{}\n", delta.path, delta.before, delta.after, mark);
+      line = fmt::format("~ {}: {} -> {}", delta.path, delta.before, delta.after);
     } else {
       const std::string& value = delta.is_present ? delta.after : delta.before;
-      text += fmt::format("{} {}", delta.is_present ? '+' : '-', delta.path);
+      line = fmt::format("{} {}", delta.is_present ? '+' : '-', delta.path);
       // The path of an entry of a leaf-list says its value.
-      if (!value.empty() && !delta.path.ends_with(']')) text += fmt::format(": {}", value);
-      text += fmt::format("{}\n", mark);
+      if (!value.empty() && !delta.path.ends_with(']')) line += fmt::format(": {}", value);
     }
+    text += fmt::format("{}{}\n", printable(line), mark);
   }
   return text;
 }
@@ -54,7 +56,7 @@ std::string list_differences(const std::vector<yfw::ForeignDelta>& deltas) {
     const char sign = delta.kind == yfw::ForeignDelta::Kind::added     ? '+'
                       : delta.kind == yfw::ForeignDelta::Kind::removed ? '-'
                                                                        : '~';
-    text += fmt::format("{} {} ({})\n", sign, delta.path, delta.ns);
+    text += printable(fmt::format("{} {} ({})", sign, delta.path, delta.ns)) + '\n';
   }
   return text;
 }
@@ -72,10 +74,9 @@ std::string tree_of_differences(const Side& before, const Side& after, const std
 
 std::string compare_configurations(Session& session) {
   const Options& options = session.options();
-  const Input first = read_input(options.input);
-  const Input second = read_input(options.second);
+  const Input& second = session.second();
   yfw::Host& host = session.host();
-  session.warn(host.set_running(first.document()));
+  session.warn(host.set_running(session.request().document()));
   const Side before = read_everything(session);
   session.warn(host.is_edit(second.document()) ? host.apply(second.document()).warnings
                                                : host.set_running(second.document()));
@@ -99,9 +100,8 @@ std::string compare_configurations(Session& session) {
 std::string diff(Session& session) {
   const Options& options = session.options();
   if (!options.state) return compare_configurations(session);
-  session.load_running(options.running);
-  const Input oper = read_input(options.oper);
-  const yfw::ReadResult result = session.host().read_state(oper.document());
+  session.load_running();
+  const yfw::ReadResult result = session.host().read_state(session.oper().document());
   session.warn(result.warnings);
   return options.format_given ? compare_state(result.data, options.format) : compare_state(result.data);
 }

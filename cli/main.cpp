@@ -4,10 +4,13 @@
 #include <csignal>
 #include <exception>
 #include <string>
+#include <string_view>
 
 #include "cli/commands.h"
-#include "cli/files.h"
+#include "cli/descriptor.h"
+#include "cli/message.h"
 #include "cli/options.h"
+#include "cli/output.h"
 #include "cli/report.h"
 #include "framework/error.h"
 
@@ -34,6 +37,22 @@ std::string run(Session& session) {
   return session.options().help;
 }
 
+// The last line of a run that came to nothing.
+void complain(std::string_view message) {
+  tell(fmt::format("ocvlan: {}", message));
+}
+
+// What was refused stays refused, whatever becomes of the document that says so.
+void write_refusal(const yfw::RpcError& error, yfw::Format format) {
+  try {
+    write_output("", rpc_error(error, format));
+  } catch (const yfw::Unreadable& unwritten) {
+    complain(unwritten.what());
+  } catch (const ReaderGone&) {
+    return;
+  }
+}
+
 int work(const Options& options) {
   if (options.command == Command::help) {
     write_output("", options.help);
@@ -46,15 +65,10 @@ int work(const Options& options) {
     write_output(options.output, output);
     return kDone;
   } catch (const yfw::Refused& refused) {
-    fmt::print(stderr, "{}\n", refusal_line(refused.error()));
-    if (options.format_given) write_output("", rpc_error(refused.error(), options.format));
+    tell(refusal_line(refused.error()));
+    if (options.format_given) write_refusal(refused.error(), options.format);
     return kRefused;
   }
-}
-
-// The last line of a run that came to nothing.
-void complain(const std::string& message) {
-  fmt::print(stderr, "{}\n", one_line("ocvlan: " + message));
 }
 
 int guarded_main(int argc, const char* const* argv) {
@@ -62,7 +76,7 @@ int guarded_main(int argc, const char* const* argv) {
     return work(parse_options(argc, argv));
   } catch (const UsageError& error) {
     complain(error.what());
-    fmt::print(stderr, "'ocvlan --help' and 'ocvlan SUBCOMMAND --help' say what can be asked.\n");
+    tell("'ocvlan --help' and 'ocvlan SUBCOMMAND --help' say what can be asked.");
     return kUsage;
   } catch (const yfw::Unreadable& error) {
     complain(error.what());
@@ -79,6 +93,9 @@ int guarded_main(int argc, const char* const* argv) {
 }  // namespace ocvlan
 
 int main(int argc, char** argv) {
+  // Both are told by the write that fails.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+  ocvlan::reserve_standard_streams();
   return ocvlan::guarded_main(argc, argv);
 }

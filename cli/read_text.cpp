@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/message.h"
 #include "framework/vlan_words.h"
 
 namespace ocvlan {
@@ -57,6 +58,7 @@ Row row_of(std::string name, const lyd_node* node, const std::vector<const char*
   const auto unsaid = native.find(row.front());
   const bool configuration = std::string_view(sides.front()) == "config";
   if (configuration && row[1].empty() && unsaid != native.end()) row[1] = fmt::format("(native: {})", unsaid->second);
+  for (std::string& cell : row) cell = printable(cell);
   return row;
 }
 

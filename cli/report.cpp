@@ -3,10 +3,13 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
 
+#include "cli/message.h"
+#include "framework/utf8.h"
 #include "yfw/yfw_map.h"
 
 namespace ocvlan {
@@ -28,45 +31,58 @@ constexpr std::array kModules = {
     Module{"Vexnet-OS-l2-eth-infra-oper", YFW_VEXNET_OS_L2_ETH_INFRA_OPER_NS},
 };
 
-bool is_control(char c) {
-  return static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
+// What an XML document cannot hold (XML 1.0, section 2.2).
+bool is_outside_xml(char32_t code) {
+  return (code < 0x20 && code != '\t' && code != '\n' && code != '\r') || code == 0xFFFE || code == 0xFFFF;
+}
+
+std::string xml_character(char32_t code, std::string_view bytes) {
+  switch (code) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    case '\r':
+      return "&#13;";
+    default:
+      return is_outside_xml(code) ? printable(bytes) : std::string(bytes);
+  }
+}
+
+std::string json_character(char32_t code, std::string_view bytes) {
+  if (code == '"' || code == '\\') return fmt::format("\\{}", bytes);
+  if (code < 0x20 || code == 0x7F) return fmt::format("\\u{:04x}", static_cast<std::uint32_t>(code));
+  return std::string(bytes);
+}
+
+// A text as `character` writes each character of it. Bytes that are no UTF-8 have no place in a document, and are shown
+// as in the line for a person.
+template <typename Write>
+std::string text_of(std::string_view text, const Write& character) {
+  std::string result;
+  while (!text.empty()) {
+    const yfw::Character next = yfw::first_character(text);
+    const std::string_view bytes = text.substr(0, std::max<std::size_t>(next.length, 1));
+    if (next.length != 0) {
+      result += character(next.code, bytes);
+    } else {
+      for (const char c : printable(bytes)) result += character(static_cast<unsigned char>(c), {&c, 1});
+    }
+    text.remove_prefix(bytes.size());
+  }
+  return result;
 }
 
 }  // namespace
 
-std::string xml_text(const std::string& text) {
-  std::string result;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        result += "&amp;";
-        break;
-      case '<':
-        result += "&lt;";
-        break;
-      case '>':
-        result += "&gt;";
-        break;
-      default:
-        result += is_control(c) ? ' ' : c;
-    }
-  }
-  return result;
+std::string xml_text(std::string_view text) {
+  return text_of(text, xml_character);
 }
 
-std::string json_text(const std::string& text) {
-  std::string result;
-  for (const char c : text) {
-    if (c == '"' || c == '\\') {
-      result += '\\';
-      result += c;
-    } else if (is_control(c)) {
-      result += fmt::format("\\u{:04x}", static_cast<unsigned>(static_cast<unsigned char>(c)));
-    } else {
-      result += c;
-    }
-  }
-  return result;
+std::string json_text(std::string_view text) {
+  return text_of(text, json_character);
 }
 
 std::string prefix_declarations(const std::string& path) {
@@ -135,23 +151,17 @@ std::string json_error(const yfw::RpcError& error) {
 }
 
 std::string value_or_nothing(const std::string& value) {
-  return value.empty() ? "nothing" : one_line(value);
+  return value.empty() ? "nothing" : value;
 }
 
 }  // namespace
-
-std::string one_line(const std::string& text) {
-  std::string line;
-  for (const char c : text) line += is_control(c) ? ' ' : c;
-  return line;
-}
 
 std::string refusal_line(const yfw::RpcError& error) {
   std::string line = "ocvlan: refused: ";
   if (!error.path.empty()) line += error.path + ": ";
   line += error.message;
   if (line.find(error.bad_element) == std::string::npos) line += fmt::format(" (element '{}')", error.bad_element);
-  return one_line(line);
+  return line;
 }
 
 std::string rpc_error(const yfw::RpcError& error, yfw::Format format) {
@@ -159,18 +169,19 @@ std::string rpc_error(const yfw::RpcError& error, yfw::Format format) {
 }
 
 std::string warning_line(const yfw::Warning& warning) {
-  return one_line(warning.path.empty() ? fmt::format("warning: {}", warning.message)
-                                       : fmt::format("warning: {}: {}", warning.path, warning.message));
+  return warning.path.empty() ? fmt::format("warning: {}", warning.message)
+                              : fmt::format("warning: {}: {}", warning.path, warning.message);
 }
 
-std::string verify_report(const std::vector<yfw::Difference>& differences) {
-  std::string report =
-      fmt::format("verify: {} not read back as asked\n",
-                  differences.size() == 1 ? "1 leaf does" : fmt::format("{} leaves do", differences.size()));
+std::vector<std::string> verify_report(const std::vector<yfw::Difference>& differences) {
+  std::vector<std::string> report = {
+      fmt::format("verify: {} not read back as asked",
+                  differences.size() == 1 ? "1 leaf does" : fmt::format("{} leaves do", differences.size()))};
   for (const yfw::Difference& difference : differences) {
-    report += fmt::format("  {}\n    asked:      {}\n    reads back: {}\n", one_line(difference.path),
-                          value_or_nothing(difference.asked), value_or_nothing(difference.found));
-    if (!difference.advice.empty()) report += fmt::format("    why:        {}\n", one_line(difference.advice));
+    report.push_back("  " + difference.path);
+    report.push_back("    asked:      " + value_or_nothing(difference.asked));
+    report.push_back("    reads back: " + value_or_nothing(difference.found));
+    if (!difference.advice.empty()) report.push_back("    why:        " + difference.advice);
   }
   return report;
 }

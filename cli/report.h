@@ -1,7 +1,9 @@
-// What people and programs are told: warnings, refusals, differences and trace lines.
+// What people and programs are told, before cli/message.h makes it fit for a terminal: warnings, refusals, differences
+// and trace lines.
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "framework/data.h"
@@ -10,12 +12,9 @@
 
 namespace ocvlan {
 
-// A line, whatever the text holds: a document cannot write control characters to a terminal.
-std::string one_line(const std::string& text);
-
 // The text inside an XML element, and inside the quotes of a JSON string.
-std::string xml_text(const std::string& text);
-std::string json_text(const std::string& text);
+std::string xml_text(std::string_view text);
+std::string json_text(std::string_view text);
 
 // XML namespace declarations for the modules that an instance path names, each after a blank.
 std::string prefix_declarations(const std::string& path);
@@ -29,8 +28,8 @@ std::string rpc_error(const yfw::RpcError& error, yfw::Format format);
 // "warning: PATH: MESSAGE"
 std::string warning_line(const yfw::Warning& warning);
 
-// Each leaf that does not read back as asked: what was asked, what reads back, what to ask for instead.
-std::string verify_report(const std::vector<yfw::Difference>& differences);
+// Each leaf that does not read back as asked, in lines: what was asked, what reads back, what to ask for instead.
+std::vector<std::string> verify_report(const std::vector<yfw::Difference>& differences);
 
 // "KIND LEVEL text" of a trace line, e.g. "log 0 ERR: ..."
 std::string trace_text(const yfw::TraceLine& line);

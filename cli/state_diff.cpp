@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/message.h"
 #include "cli/report.h"
 
 namespace ocvlan {
@@ -175,11 +176,12 @@ std::string as_json(const std::vector<Difference>& differences) {
 
 std::string compare_state(const yfw::Data& data) {
   std::string text;
+  const auto add = [&text](const std::string& line) { text += printable(line) + '\n'; };
   for (const Difference& each : differences(data)) {
     if (!each.configured.empty()) {
-      text += fmt::format("- {}: {} configured, not up\n", each.path, fmt::join(each.configured, " "));
+      add(fmt::format("- {}: {} configured, not up", each.path, fmt::join(each.configured, " ")));
     }
-    if (!each.up.empty()) text += fmt::format("+ {}: {} up, not configured\n", each.path, fmt::join(each.up, " "));
+    if (!each.up.empty()) add(fmt::format("+ {}: {} up, not configured", each.path, fmt::join(each.up, " ")));
   }
   return text;
 }

@@ -122,6 +122,7 @@ class PathReader {
   bool read(Data& tree) {
     lyd_node* node = nullptr;
     const lysc_node* schema = nullptr;
+    if (all_.find('\0') != std::string_view::npos) fail("a NUL character stands in it");
     trim();
     if (rest_.empty() && all_.find('/') != std::string_view::npos) return false;
     do {

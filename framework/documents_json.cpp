@@ -6,42 +6,11 @@
 #include <vector>
 
 #include "framework/documents_source.h"
+#include "framework/utf8.h"
 
 namespace yfw {
 
 namespace {
-
-void append_utf8(std::string& text, std::uint32_t code) {
-  const auto put = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
-  if (code < 0x80) return put(code);
-  if (code < 0x800) {
-    put(0xC0 | code >> 6);
-  } else if (code < 0x10000) {
-    put(0xE0 | code >> 12);
-    put(0x80 | (code >> 6 & 0x3F));
-  } else {
-    put(0xF0 | code >> 18);
-    put(0x80 | (code >> 12 & 0x3F));
-    put(0x80 | (code >> 6 & 0x3F));
-  }
-  put(0x80 | (code & 0x3F));
-}
-
-// Length of the UTF-8 sequence at the beginning of `text`; 0 when it is none (overlong and surrogate ones included).
-std::size_t utf8_length(std::string_view text) {
-  const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned lead = byte(0);
-  if (lead < 0x80) return 1;
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return 0;
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-  }
-  const unsigned second = byte(1);
-  const bool overlong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
-  const bool outside = (lead == 0xED && second > 0x9F) || (lead == 0xF4 && second > 0x8F);
-  return overlong || outside ? 0 : length;
-}
 
 class JsonReader {
  public:
@@ -147,7 +116,7 @@ class JsonReader {
       code = 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00);
     }
     if (code == 0 || (code >= 0xD800 && code <= 0xDFFF)) fail("a text holds a character that is not allowed");
-    append_utf8(into, code);
+    append_character(into, code);
   }
 
   std::string string() {
@@ -162,7 +131,7 @@ class JsonReader {
         ++at_;
         escape(result);
       } else {
-        const std::size_t length = utf8_length(text_.substr(at_));
+        const std::size_t length = first_character(text_.substr(at_)).length;
         if (length == 0) fail("a text is not UTF-8");
         result.append(text_, at_, length);
         at_ += length;
@@ -253,7 +222,9 @@ class JsonReader {
 
   const Attribute* annotations() {
     const Attribute* result = nullptr;
+    std::size_t count = 0;
     sequence('{', '}', [&] {
+      if (++count > kMostAttributes) fail(fmt::format("an annotation has more than {} members", kMostAttributes));
       const auto [ns, name] = split(string(), nullptr);
       need(':');
       Element held;

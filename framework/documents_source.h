@@ -21,6 +21,8 @@ inline constexpr int kDeepest = 200;
 inline constexpr std::size_t kLongestText = 1U << 20;
 inline constexpr std::size_t kLongestAttribute = 1U << 16;
 inline constexpr std::size_t kMostMembers = 1000;
+inline constexpr std::size_t kMostAttributes = 256;  // of one element, namespace declarations among them
+inline constexpr std::size_t kMostScopes = 256;      // namespaces that are declared at one place
 
 // How a value is written. XML knows only `nothing` and `text`.
 enum class Kind : std::uint8_t {

@@ -5,6 +5,9 @@
 #include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
 
+#include <algorithm>
+#include <array>
+#include <cctype>
 #include <climits>
 #include <memory>
 #include <mutex>
@@ -18,6 +21,10 @@ namespace yfw {
 
 namespace {
 
+int line_at(std::string_view text, std::size_t at) {
+  return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
+}
+
 std::string_view view(const xmlChar* text) {
   return text == nullptr ? "" : reinterpret_cast<const char*>(text);
 }
@@ -26,11 +33,72 @@ bool is_blank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
+// Where in the text the tag that begins at `at` ends, and how many attributes it has.
+struct Tag {
+  std::size_t end;
+  std::size_t attributes;
+};
+
+Tag scan_tag(std::string_view text, std::size_t at) {
+  std::size_t attributes = 0;
+  while ((at = text.find_first_of("=\"'>", at)) != std::string_view::npos && text[at] != '>') {
+    if (text[at] == '=') {
+      ++attributes;
+    } else {
+      at = text.find(text[at], at + 1);
+      if (at == std::string_view::npos) break;
+    }
+    ++at;
+  }
+  return {at, attributes};
+}
+
+// libxml2 compares every attribute of an element with every other one before it tells of the element, so they are
+// counted in the text before. Both agree on where tags are up to the first mistake, at which libxml2 stops.
+void check_tags(const Source& source, std::string_view text) {
+  struct Opaque {
+    std::string_view begin;
+    std::string_view end;
+  };
+  constexpr std::array kOpaque = {Opaque{"<!--", "-->"}, Opaque{"<![CDATA[", "]]>"}, Opaque{"<?", "?>"}};
+  std::size_t at = 0;
+  while ((at = text.find('<', at)) != std::string_view::npos) {
+    const auto* const opaque = std::find_if(kOpaque.begin(), kOpaque.end(), [&](const Opaque& each) {
+      return text.substr(at, each.begin.size()) == each.begin;
+    });
+    if (opaque != kOpaque.end()) {
+      at = text.find(opaque->end, at + opaque->begin.size());
+    } else {
+      const Tag tag = scan_tag(text, at);
+      if (tag.attributes > kMostAttributes) {
+        source.fail(line_at(text, at), fmt::format("an element has more than {} attributes", kMostAttributes));
+      }
+      at = tag.end;
+    }
+  }
+}
+
+// Encodings in which tags are the bytes that they are in ASCII, which `check_tags` relies on.
+bool keeps_ascii(std::string_view encoding) {
+  std::string name(encoding);
+  std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+  return name == "utf-8" || name == "utf8" || name == "ascii" || name == "us-ascii" || name.starts_with("iso-8859-") ||
+         name.starts_with("windows-125");
+}
+
 // What libxml2 calls while it reads. Nothing thrown may pass through it, so the first problem is kept and ends the run.
 class XmlReader {
  public:
   XmlReader(Source& source, xmlParserCtxt* parser) : source_(source), parser_(parser) {
     open_.push_back(const_cast<Element*>(&source.top()));
+    scopes_.push_back(0);
+  }
+
+  // The encoding is what was declared, or recognised.
+  void begin() {
+    const xmlCharEncodingHandler* const encoder = parser_->input->buf->encoder;
+    if (encoder == nullptr || keeps_ascii(encoder->name)) return;
+    stop(fmt::format("the encoding is {}; UTF-8 is accepted", encoder->name));
   }
 
   void start(const xmlChar* name, const xmlChar* prefix, const xmlChar* ns, int scopes, const xmlChar** scope,
@@ -49,6 +117,9 @@ class XmlReader {
     }
     Element* const element =
         source_.add(parent, view(name), ns == nullptr ? nullptr : source_.intern(view(ns)), line());
+    // Every look-up of a prefix goes through them.
+    const std::size_t in_scope = scopes_.back() + static_cast<std::size_t>(scopes);
+    if (in_scope > kMostScopes) return stop(fmt::format("more than {} namespaces are declared", kMostScopes));
     // Two pointers each: prefix and namespace.
     for (; scopes > 0; --scopes, scope += 2) {
       element->scope =
@@ -60,6 +131,7 @@ class XmlReader {
       add_attribute(*element, attribute);
     }
     open_.push_back(element);
+    scopes_.push_back(in_scope);
   }
 
   void characters(const xmlChar* text, int size, bool is_cdata) {
@@ -103,6 +175,7 @@ class XmlReader {
     }
     text_.clear();
     open_.pop_back();
+    scopes_.pop_back();
   }
 
   void doctype() { stop("a DOCTYPE is not accepted"); }
@@ -158,6 +231,7 @@ class XmlReader {
   Source& source_;
   xmlParserCtxt* parser_;
   std::vector<Element*> open_;
+  std::vector<std::size_t> scopes_;  // how many namespaces are in scope in each open element
   std::string text_;
   Element* foreign_ = nullptr;   // the element whose text `copy_` is
   std::optional<XmlCopy> copy_;  // while a foreign subtree is read
@@ -172,6 +246,7 @@ XmlReader& reader(void* user) {
 xmlSAXHandler callbacks() {
   xmlSAXHandler sax{};
   sax.initialized = XML_SAX2_MAGIC;
+  sax.startDocument = [](void* user) { reader(user).begin(); };
   sax.startElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar* ns, int scopes,
                           const xmlChar** scope, int attributes, int, const xmlChar** attribute) {
     reader(user).start(name, prefix, ns, scopes, scope, attributes, attribute);
@@ -197,6 +272,10 @@ void Source::read_xml(std::string_view text) {
   static std::once_flag started;
   std::call_once(started, xmlInitParser);
   if (text.size() > INT_MAX) fail(1, "the document is too large");
+  // libxml2 takes it for the end.
+  const std::size_t nul = text.find('\0');
+  if (nul != std::string_view::npos) fail(line_at(text, nul), "a NUL character stands in the document");
+  check_tags(*this, text);
   const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt*)> parser(
       xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size())), xmlFreeParserCtxt);
   if (parser == nullptr) fail(1, "the document cannot be read");

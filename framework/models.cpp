@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <memory>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -55,15 +57,34 @@ std::vector<fs::path> folders_for(const Folders& folders, std::string_view modul
 // NAME.yang, or the newest NAME@REVISION.yang; empty when the folder has neither.
 fs::path find_in(const fs::path& folder, std::string_view module) {
   fs::path plain = folder / fmt::format("{}.yang", module);
-  std::error_code ignored;
-  if (fs::is_regular_file(plain, ignored)) return plain;
+  std::error_code error;
+  if (fs::exists(plain, error)) return plain;
   const std::string dated = fmt::format("{}@", module);
   fs::path newest;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, ignored)) {
-    const std::string name = entry.path().filename().string();
-    if (name.starts_with(dated) && name.ends_with(".yang")) newest = std::max(newest, entry.path());
+  const fs::directory_iterator end;
+  for (fs::directory_iterator entry(folder, error); !error && entry != end; entry.increment(error)) {
+    const std::string name = entry->path().filename().string();
+    if (name.starts_with(dated) && name.ends_with(".yang")) newest = std::max(newest, entry->path());
   }
   return newest;
+}
+
+// The text of a module's file. Returns what is wrong with it; empty when nothing is.
+std::string read_module(const fs::path& file, std::string& text) {
+  // A stream throws in the middle of what it cannot read, and a pipe has no end.
+  std::error_code error;
+  if (!fs::is_regular_file(file, error)) return error ? error.message() : "it is no file";
+  struct Close {
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+  };
+  const std::unique_ptr<std::FILE, Close> in(std::fopen(file.c_str(), "rbe"));
+  if (in == nullptr) return std::strerror(errno);
+  std::array<char, 1 << 14> buffer = {};
+  while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), in.get())) {
+    text.append(buffer.data(), count);
+  }
+  if (std::ferror(in.get()) != 0) return std::strerror(errno);
+  return text.find('\0') == std::string::npos ? "" : "a NUL character stands in it";
 }
 
 LY_ERR import_module(const char* module, const char*, const char* submodule, const char*, void* user,
@@ -75,10 +96,10 @@ LY_ERR import_module(const char* module, const char*, const char* submodule, con
     const fs::path file = find_in(folder, wanted);
     places += fmt::format("{}{}", places.empty() ? "" : " and ", folder.string());
     if (file.empty()) continue;
-    std::ifstream in(file, std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    if (!in.good() && !in.eof()) {
-      folders.failure = fmt::format("{} cannot be read", file.string());
+    std::string content;
+    const std::string problem = read_module(file, content);
+    if (!problem.empty()) {
+      folders.failure = fmt::format("{} cannot be read: {}", file.string(), problem);
       return LY_ESYS;
     }
     *format = LYS_IN_YANG;
@@ -101,10 +122,13 @@ std::string first_complaint(const ly_ctx* context) {
 
 // False for a submodule, which only its module can load.
 bool is_module(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  std::string line;
-  while (std::getline(in, line)) {
-    line.erase(0, line.find_first_not_of(" \t\r\xEF\xBB\xBF"));
+  std::string text;
+  read_module(file, text);
+  std::string_view rest = text;
+  while (!rest.empty()) {
+    std::string_view line = rest.substr(0, rest.find('\n'));
+    rest.remove_prefix(std::min(rest.size(), line.size() + 1));
+    line.remove_prefix(std::min(line.size(), line.find_first_not_of(" \t\r\xEF\xBB\xBF")));
     if (line.starts_with("submodule")) return false;
     if (line.starts_with("module")) return true;
   }

@@ -1,6 +1,4 @@
-// Files in and out: what cannot be read, what cannot be written, and that nothing is ever half written.
-#include <sys/stat.h>
-
+// Files in: what cannot be read, and which is which.
 #include "run.h"
 #include "samples.h"
 
@@ -78,6 +76,15 @@ INSTANTIATE_TEST_SUITE_P(
          "neither XML"},
         {"BinaryAfterBracket", std::string("<\0\1\xff", 4), "line 1"},
         {"BinaryAfterBrace", std::string("{\0\1\xff", 4), ""},
+        {"NulAndMore", single_tagged("100") + std::string("\n\0<more/>", 9), "line 2: a NUL character"},
+        {"NulInJson", std::string("{\"a\": 1}\n\0{}", 12), "line 2"},
+        {"ManyAttributes",
+         [] {
+           std::string text = "<a";
+           for (int i = 0; i < 200'000; ++i) text += " a" + std::to_string(i) + "=''";
+           return text + "/>";
+         }(),
+         "line 1: an element has more than 256 attributes"},
         {"NotUtf8", single_tagged("\xff\xfe"), "line 1"},
         {"TruncatedXml", single_tagged("100").substr(0, 120), "line 1"},
         {"TruncatedJson", R"({"openconfig-interfaces:interfaces": {"interface": [{"name": )", ""},
@@ -142,105 +149,6 @@ TEST_F(Files, TheNameSaysNothingAboutTheFormat) {
   EXPECT_EQ(outcome.exit_code, 0) << outcome;
 }
 
-TEST_F(Files, OutputReplacesAFileAndKeepsItsMode) {
-  const std::string file = folder.file("native.xml", "before");
-  chmod(file.c_str(), 0640);
-  const Outcome outcome = run({"translate", "-", "--l2", "-o", file}, {.input = single_tagged("100")});
-  EXPECT_EQ(outcome.exit_code, 0) << outcome;
-  EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(contents(file), run({"translate", "-", "--l2"}, {.input = single_tagged("100")}).out);
-  struct stat status = {};
-  ASSERT_EQ(stat(file.c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 0777U, 0640U);
-  EXPECT_EQ(folder.names(), std::vector<std::string>{"native.xml"});
-}
-
-TEST_F(Files, OutputThroughALinkKeepsTheLink) {
-  const std::string file = folder.file("native.xml", "before");
-  const std::string link = folder.path("link.xml");
-  std::filesystem::create_symlink("native.xml", link);
-  EXPECT_EQ(run({"translate", "-", "--l2", "-o", link}, {.input = single_tagged("100")}).exit_code, 0);
-  EXPECT_TRUE(std::filesystem::is_symlink(link));
-  EXPECT_NE(contents(file), "before");
-}
-
-TEST_F(Files, ARefusalLeavesTheOutputFileAsItWas) {
-  const std::string file = folder.file("after.xml", "before");
-  const std::string request = folder.file("request.xml", single_tagged("4095"));
-  const Outcome outcome = run({"translate", request, "--l2", "-o", file});
-  EXPECT_EQ(outcome.exit_code, 1) << outcome;
-  EXPECT_EQ(contents(file), "before");
-}
-
-TEST_F(Files, OutputIntoAFolderThatIsNotThere) {
-  const std::string file = folder.path("none/native.xml");
-  const Outcome outcome = run({"translate", "-", "--l2", "-o", file}, {.input = single_tagged("100")});
-  EXPECT_EQ(outcome.exit_code, 3) << outcome;
-  EXPECT_EQ(outcome.out, "");
-  EXPECT_EQ(outcome.err, "ocvlan: " + file + ": cannot be written: No such file or directory\n");
-  EXPECT_TRUE(folder.names().empty());
-}
-
-TEST_F(Files, OutputOntoAFolder) {
-  const Outcome outcome = run({"translate", "-", "--l2", "-o", folder.path("")}, {.input = single_tagged("100")});
-  EXPECT_EQ(outcome.exit_code, 3) << outcome;
-  EXPECT_NE(outcome.err.find("cannot be written: Is a directory"), std::string::npos) << outcome;
-}
-
-// The kernel refuses the second half, as it does on a full disk.
-TEST_F(Files, AFullDiskLeavesTheOutputFileAsItWas) {
-  constexpr std::size_t kLimit = 256;
-  const std::vector<std::string> arguments = {"translate", "-", "--l2", "--quiet"};
-  ASSERT_GT(run(arguments, {.input = single_tagged("100")}).out.size(), kLimit);
-  const std::string file = folder.file("native.xml", "before");
-  const Outcome outcome = run({"translate", "-", "--l2", "--quiet", "-o", file},
-                              {.input = single_tagged("100"), .file_size_limit = kLimit});
-  EXPECT_EQ(outcome.exit_code, 3) << outcome;
-  EXPECT_EQ(outcome.err, "ocvlan: " + file + ": cannot be written: File too large\n");
-  EXPECT_EQ(contents(file), "before");
-  EXPECT_EQ(folder.names(), std::vector<std::string>{"native.xml"});
-}
-
-// What is no regular file is written to, not replaced.
-TEST_F(Files, OutputIntoAPipe) {
-  const std::string pipe = folder.path("pipe");
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  const std::string script =
-      "timeout 20 cat '" + pipe + "' & '" OC_VLAN_TOOL_FILE "' translate - --l2 -o '" + pipe + "'; wait";
-  const Outcome outcome = run({"-c", script}, {.input = single_tagged("100"), .program = "/bin/bash"});
-  EXPECT_EQ(outcome.out, run({"translate", "-", "--l2"}, {.input = single_tagged("100")}).out) << outcome;
-  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
-}
-
-TEST_F(Files, StandardOutputIsFull) {
-  const Outcome outcome = run({"translate", "-", "--l2"}, {.input = single_tagged("100"), .output_file = "/dev/full"});
-  EXPECT_EQ(outcome.exit_code, 3) << outcome;
-  EXPECT_EQ(outcome.err, "ocvlan: standard output: cannot be written: No space left on device\n");
-}
-
-TEST_F(Files, NobodyReadsStandardOutput) {
-  const Outcome outcome =
-      run({"translate", "-", "--l2", "--quiet"}, {.input = single_tagged("100"), .reader_gone = true});
-  EXPECT_EQ(outcome.exit_code, 0) << outcome;
-  EXPECT_EQ(outcome.err, "");
-  EXPECT_EQ(run({"--help"}, {.reader_gone = true}).exit_code, 0);
-}
-
-// More than a pipe holds, so that the reader is gone in the middle of a write.
-TEST_F(Files, TheReaderStopsInTheMiddle) {
-  std::string entries;
-  for (int i = 1; i <= 1000; ++i) {
-    entries += entry("Ethernet0/0/1." + std::to_string(i), encapsulation("<outer-range1-low>7</outer-range1-low>"));
-  }
-  const std::string file = folder.file("running.xml", running(entries));
-  ASSERT_GT(run({"read", "--running", file}).out.size(), 1U << 17);
-  const std::string script = "'" OC_VLAN_TOOL_FILE "' read --running '" + file + "' | head -c 1; exit ${PIPESTATUS[0]}";
-  const Outcome outcome = run({"-c", script}, {.program = "/bin/bash"});
-  EXPECT_EQ(outcome.exit_code, 0) << outcome;
-  EXPECT_EQ(outcome.out, "<");
-  EXPECT_EQ(outcome.err, "");
-}
-
 TEST_F(Files, ATraceThatCannotBeWritten) {
   const std::string file = folder.path("none/trace.txt");
   const Outcome opened = run({"translate", "-", "--l2", "--trace=" + file}, {.input = single_tagged("100")});
@@ -249,6 +157,99 @@ TEST_F(Files, ATraceThatCannotBeWritten) {
   const Outcome full = run({"translate", "-", "--l2", "--trace=/dev/full"}, {.input = single_tagged("100")});
   EXPECT_EQ(full.exit_code, 3) << full;
   EXPECT_EQ(full.out, "");
+}
+
+std::string many_ids(int count) {
+  std::string text;
+  for (int i = 1; i <= count; ++i) text += "<vlan-ids>" + std::to_string(i) + "</vlan-ids>";
+  return text;
+}
+
+struct SameFile {
+  const char* name;
+  std::vector<std::string> arguments;  // names in the folder
+  std::string same;                    // what the trace would write over
+};
+
+// A trace grows while the tool works, and would be what it reads or writes. Nothing is read, nothing is written.
+TEST_F(Files, ATraceIsNoOtherFileOfTheRun) {
+  const std::vector<std::string> names = {"filter", "oper", "request", "running"};
+  folder.file("request", single_tagged("100"));
+  folder.file("running", plain_running());
+  folder.file("filter", "<interfaces xmlns=\"http://openconfig.net/yang/interfaces\"/>");
+  folder.file("oper", oper_access_port("7"));
+  std::filesystem::create_symlink("request", folder.path("link"));
+  std::filesystem::create_hard_link(folder.path("request"), folder.path("twin"));
+  std::filesystem::create_symlink("new", folder.path("dangling"));
+  std::vector<std::string> before;
+  for (const std::string& name : names) before.push_back(contents(folder.path(name)));
+  const std::vector<std::string> all = folder.names();
+
+  for (const SameFile& each : std::vector<SameFile>{
+           {"Request", {"translate", "request", "--trace=request"}, "request"},
+           {"RequestByAnotherName", {"translate", "request", "--trace=./request"}, "request"},
+           {"RequestByALink", {"translate", "request", "--trace=link"}, "request"},
+           {"RequestByATwin", {"translate", "twin", "--trace=request"}, "twin"},
+           {"StandardInput", {"translate", "-", "--trace=request"}, "standard input"},
+           {"Running", {"apply", "request", "--running", "running", "--trace=running"}, "running"},
+           {"Oper", {"read", "--oper", "oper", "--trace=oper"}, "oper"},
+           {"Filter", {"read", "filter", "--running", "running", "--trace=filter"}, "filter"},
+           {"First", {"diff", "running", "request", "--trace=running"}, "running"},
+           {"Second", {"diff", "running", "request", "--trace=request"}, "request"},
+           {"PlugIn", {"translate", "request", "--plugin", "oper", "--trace=oper"}, "oper"},
+           {"Output", {"translate", "request", "-o", "new", "--trace=new"}, "new"},
+           {"OutputByALink", {"translate", "request", "-o", "new", "--trace=dangling"}, "new"},
+           {"OutputThatIsThere", {"translate", "request", "-o", "oper", "--trace=oper"}, "oper"},
+           {"StandardOutput", {"translate", "request", "--trace=running"}, "standard output"},
+       }) {
+    SCOPED_TRACE(each.name);
+    const bool to_file = each.same == "standard output";
+    // Standard input is the request by another name, and standard output, where it counts, the running configuration.
+    std::string script = "'" OC_VLAN_TOOL_FILE "'";
+    for (const std::string& argument : each.arguments) script += " " + argument;
+    script += to_file ? " < request >> running" : " < request";
+    const Outcome outcome = run({"-c", script}, {.folder = folder.path(""), .program = "/bin/bash"});
+    EXPECT_EQ(outcome.exit_code, 2) << outcome;
+    EXPECT_EQ(outcome.err.rfind("ocvlan: " + each.arguments.back() + ": " + each.same + " is the same file\n", 0), 0U)
+        << outcome;
+    for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(contents(folder.path(names[i])), before[i]) << names[i];
+    EXPECT_EQ(folder.names(), all);
+  }
+}
+
+TEST_F(Files, ATraceMayShareADevice) {
+  const Outcome outcome =
+      run({"translate", "-", "--trace=/dev/null", "-o", "/dev/null"}, {.input = single_tagged("1")});
+  EXPECT_EQ(outcome.exit_code, 0) << outcome;
+}
+
+// What is refused before it starts leaves no trace, and an older one stays.
+TEST_F(Files, ATraceIsOpenedWhenEverythingIsRead) {
+  const std::string trace = folder.file("trace", "before");
+  EXPECT_EQ(run({"translate", folder.path("none"), "--trace=" + trace}).exit_code, 3);
+  EXPECT_EQ(
+      run({"translate", "-", "--yang-dir", folder.path("none"), "--trace=" + trace}, {.input = single_tagged("100")})
+          .exit_code,
+      3);
+  EXPECT_EQ(contents(trace), "before");
+}
+
+TEST_F(Files, ATraceOfARefusalIsWhole) {
+  const std::string trace = folder.path("trace");
+  const std::string request = form("single-tagged-list", many_ids(10));
+  const Outcome to_file = run({"translate", "-", "--l2", "--trace=" + trace}, {.input = request});
+  EXPECT_EQ(to_file.exit_code, 1) << to_file;
+  const Outcome to_stream = run({"translate", "-", "--l2", "--trace"}, {.input = request});
+  EXPECT_EQ(to_stream.exit_code, 1) << to_stream;
+  EXPECT_EQ(trace_without_addresses(contents(trace) + to_file.err), trace_without_addresses(to_stream.err));
+  EXPECT_NE(contents(trace).find("Number of VLAN IDs provided more than max(9)."), std::string::npos);
+}
+
+TEST_F(Files, APipeIsReadOnce) {
+  const std::string script = "cat > /dev/null | '" OC_VLAN_TOOL_FILE "' apply - --running /dev/stdin";
+  const Outcome outcome = run({"-c", script}, {.program = "/bin/bash"});
+  EXPECT_EQ(outcome.exit_code, 2) << outcome;
+  EXPECT_EQ(outcome.err.rfind("ocvlan: standard input can be read once only\n", 0), 0U) << outcome;
 }
 
 TEST_F(Files, ThePluginIsNoPlugin) {
@@ -270,6 +271,22 @@ TEST_F(Files, TheEnvironmentNamesPluginAndModels) {
   const Outcome models = run({"translate", "-"}, {.input = single_tagged("100"), .variables = {{"OCVLAN_YANG", none}}});
   EXPECT_EQ(models.exit_code, 3) << models;
   EXPECT_NE(models.err.find(none), std::string::npos) << models;
+}
+
+TEST_F(Files, AFolderIsNoPluginAndNoModel) {
+  const Outcome plugin = run({"translate", "-", "--plugin", folder.path("")}, {.input = single_tagged("100")});
+  EXPECT_EQ(plugin.exit_code, 3) << plugin;
+  EXPECT_NE(plugin.err.find(folder.path("")), std::string::npos) << plugin;
+  EXPECT_NE(plugin.err.find("Is a directory"), std::string::npos) << plugin;
+  std::filesystem::copy(OC_VLAN_SOURCE_DIR "/yang", folder.path("yang"));
+  const std::string module = folder.path("yang/Vexnet-OS-interface-cfg.yang");
+  std::filesystem::remove(module);
+  std::filesystem::create_directory(module);
+  const Outcome models =
+      run({"translate", "-"}, {.input = single_tagged("100"), .variables = {{"OCVLAN_YANG", folder.path("yang")}}});
+  EXPECT_EQ(models.exit_code, 3) << models;
+  EXPECT_EQ(models.err,
+            "ocvlan: cannot load module Vexnet-OS-interface-cfg: " + module + " cannot be read: it is no file\n");
 }
 
 TEST_F(Files, ModelsThatAreNotThere) {

@@ -2,6 +2,7 @@
 #include "run.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,23 +12,30 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 
 namespace cli_test {
 namespace {
 
+// The end of a pipe that nobody reads.
+int unread_pipe() {
+  std::array<int, 2> ends = {};
+  if (pipe(ends.data()) != 0) _exit(125);
+  close(ends[0]);
+  return ends[1];
+}
+
 // Between fork and exec, where only plain system calls are safe.
 [[noreturn]] void become(char* const* arguments, const Folder& files, const Surroundings& surroundings) {
   const int in = open(files.path("in").c_str(), O_RDONLY);
-  const int err = open(files.path("err").c_str(), O_WRONLY);
-  int out = open(surroundings.output_file.value_or(files.path("out")).c_str(), O_WRONLY);
-  if (surroundings.reader_gone) {
-    std::array<int, 2> ends = {};
-    if (pipe(ends.data()) != 0) _exit(125);
-    close(ends[0]);
-    out = ends[1];
-  }
+  const int err = surroundings.error_reader_gone
+                      ? unread_pipe()
+                      : open(surroundings.error_file.value_or(files.path("err")).c_str(), O_WRONLY);
+  const int out = surroundings.reader_gone
+                      ? unread_pipe()
+                      : open(surroundings.output_file.value_or(files.path("out")).c_str(), O_WRONLY);
   if (in < 0 || out < 0 || err < 0) _exit(125);
   dup2(in, STDIN_FILENO);
   dup2(out, STDOUT_FILENO);
@@ -36,6 +44,12 @@ namespace {
     const rlimit limit = {surroundings.file_size_limit, surroundings.file_size_limit};
     std::signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  for (const int stream : surroundings.closed) close(stream);
+  if (!surroundings.folder.empty() && chdir(surroundings.folder.c_str()) != 0) _exit(125);
+  if (surroundings.user != 0) {
+    const bool is_user = setgroups(0, nullptr) == 0 && setgid(surroundings.user) == 0 && setuid(surroundings.user) == 0;
+    if (!is_user) _exit(125);
   }
   for (const auto& [name, value] : surroundings.variables) setenv(name.c_str(), value.c_str(), 1);
   execv(arguments[0], arguments);
@@ -95,6 +109,11 @@ std::vector<std::string> Folder::names() const {
   for (const auto& entry : std::filesystem::directory_iterator(root_)) names.push_back(entry.path().filename());
   std::sort(names.begin(), names.end());
   return names;
+}
+
+std::string trace_without_addresses(const std::string& trace) {
+  static const std::regex kAddress("ctx=0x[0-9a-f]+");
+  return std::regex_replace(trace, kAddress, "ctx=ADDRESS");
 }
 
 std::string contents(const std::string& file) {

@@ -27,8 +27,13 @@ struct Surroundings {
   std::vector<std::pair<std::string, std::string>> variables = {};  // of the environment, beside those there are
   std::optional<std::string> output_file = {};                      // standard output goes there instead
   bool reader_gone = false;                                         // standard output is a pipe that nobody reads
-  std::size_t file_size_limit = 0;                                  // writes beyond fail, as on a full disk; 0 for none
-  std::string program = "";                                         // another one than the built tool
+  std::optional<std::string> error_file = {};                       // the same of standard error
+  bool error_reader_gone = false;
+  std::vector<int> closed = {};     // standard streams that are closed, by number
+  std::string folder = "";          // to work in, where it is another one
+  unsigned user = 0;                // who runs it; 0 for who runs the tests
+  std::size_t file_size_limit = 0;  // writes beyond fail, as on a full disk; 0 for none
+  std::string program = "";         // another one than the built tool
 };
 
 // Runs the tool and waits for it.
@@ -53,6 +58,9 @@ class Folder {
 };
 
 std::string contents(const std::string& file);
+
+// A trace without what differs from run to run.
+std::string trace_without_addresses(const std::string& trace);
 
 // Tests with files of their own.
 class CliTest : public testing::Test {

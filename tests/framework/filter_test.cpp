@@ -305,6 +305,17 @@ TEST(BadPaths, AreRefused) {
   }
 }
 
+// Nothing after it is dropped without a word, in the name or in the value.
+TEST(BadPaths, HoldANul) {
+  const std::string whole = "/top/l[k='1']";
+  for (std::size_t at = 1; at <= whole.size(); ++at) {
+    std::string path = whole;
+    path.insert(at, 1, '\0');
+    const std::string found = outcome_of([&] { return flat(paths_to_filter(small_models(), {path})); });
+    EXPECT_NE(found.find("a NUL character stands in it"), std::string::npos) << at << ": " << found;
+  }
+}
+
 // Published models have a top-level node of this name in another module, which is even loaded first.
 TEST(PathsWithoutPrefix, MeanOpenConfigsInterfaces) {
   if (!has_published_models()) GTEST_SKIP() << "no published modules in " << OC_VLAN_PUBLISHED_YANG;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -115,6 +116,39 @@ TEST(Models, ThatAreWrongAreNamedWithTheReason) {
   spoilt.write("openconfig-vlan.yang", "");
   EXPECT_EQ(load(spoilt.path()).substr(0, 48), "unreadable: cannot load module openconfig-vlan: ")
       << load(spoilt.path());
+}
+
+// Whatever goes by the name of a module.
+TEST(Models, ThatAreNoFilesAreNamed) {
+  const Folder spoilt(kYang);
+  const auto said = [&spoilt](const std::string& file, const std::string& why) {
+    EXPECT_EQ(load(spoilt.path()),
+              fmt::format("unreadable: cannot load module openconfig-vlan: {}/{} cannot be read: {}\n", spoilt.path(),
+                          file, why));
+  };
+  const std::string dated = "openconfig-vlan@2000-01-01.yang";
+  spoilt.rename("openconfig-vlan.yang", "aside");
+  fs::create_directory(spoilt.path() + "/" + dated);
+  said(dated, "it is no file");
+  fs::create_directory(spoilt.path() + "/openconfig-vlan.yang");
+  said("openconfig-vlan.yang", "it is no file");
+  spoilt.remove("openconfig-vlan.yang");
+  ASSERT_EQ(mkfifo((spoilt.path() + "/openconfig-vlan.yang").c_str(), 0600), 0);
+  said("openconfig-vlan.yang", "it is no file");
+  spoilt.remove("openconfig-vlan.yang");
+  fs::create_symlink("/proc/self/mem", spoilt.path() + "/openconfig-vlan.yang");
+  said("openconfig-vlan.yang", "Input/output error");
+  spoilt.remove("openconfig-vlan.yang");
+  spoilt.rename("aside", "openconfig-vlan.yang");
+  EXPECT_EQ(load(spoilt.path()), "loaded");
+}
+
+TEST(Models, AreReadToTheirEnd) {
+  const Folder spoilt(kYang);
+  std::ofstream(spoilt.path() + "/openconfig-vlan.yang", std::ios::app) << '\0' << "what comes now was not read";
+  EXPECT_EQ(load(spoilt.path()), fmt::format("unreadable: cannot load module openconfig-vlan: {}/openconfig-vlan.yang "
+                                             "cannot be read: a NUL character stands in it\n",
+                                             spoilt.path()));
 }
 
 TEST(Models, MayCarryTheirRevisionInTheFileName) {
