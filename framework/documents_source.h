@@ -19,6 +19,7 @@ inline constexpr int kDeepest = 200;
 inline constexpr std::size_t kLongestText = 1U << 20;
 inline constexpr std::size_t kLongestAttribute = 1U << 16;
 inline constexpr std::size_t kMostMembers = 1000;
+inline constexpr std::size_t kMostAlike = 4096;  // entries of one list that has no key
 
 // How a value is written. XML knows only `nothing` and `text`.
 enum class Kind : std::uint8_t {
@@ -59,6 +60,7 @@ struct Element {
   int line = 0;
   Kind kind = Kind::nothing;
   bool in_array = false;
+  bool is_repeated = false;  // of a JSON member whose name its object had already
 
   // True when there is no value but blanks.
   bool is_blank() const;

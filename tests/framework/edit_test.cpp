@@ -349,8 +349,12 @@ INSTANTIATE_TEST_SUITE_P(
                  by_operations(switched("<interface-mode nc:operation=\"delete\"/><trunk-vlans>10</trunk-vlans>")),
                  native({{"Ethernet0/0/1", ""}}), "trunk-vlans[.='10']: goes: its condition no longer holds"},
         EditCase{"WhatNothingExpressesIsToldBeforeWhatIsNotWritten", native({{"Ethernet0/0/1", ""}}),
-                 by_operations(switched("<native-vlan>5</native-vlan>") +
-                               vlan("<config><vlan-id nc:operation=\"merge\">5</vlan-id></config>")),
+                 by_operations(on_interface(fmt::format(
+                     "<ethernet xmlns=\"http://openconfig.net/yang/interfaces/ethernet\"><switched-vlan "
+                     "xmlns=\"{0}\"><config><native-vlan>5</native-vlan></config></switched-vlan></ethernet>"
+                     "<subinterfaces><subinterface><index>100</index><vlan xmlns=\"{0}\"><config><vlan-id "
+                     "nc:operation=\"merge\">5</vlan-id></config></vlan></subinterface></subinterfaces>",
+                     kVlanNs))),
                  "", "", "operation-not-supported",
                  "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/subinterfaces/"
                  "subinterface[index='100']/openconfig-vlan:vlan/config/vlan-id",
