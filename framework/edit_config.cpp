@@ -227,6 +227,16 @@ void apply_edit(Data& target, const lyd_node* edit, Operation default_operation)
   Application(target).apply_siblings(nullptr, edit, default_operation);
 }
 
+bool asks_for_nothing(const lyd_node* edit, Operation own) {
+  const bool merged = !removes(own) && operation_of(edit, Operation::merge) == Operation::merge;
+  if (!merged || !is_np_container(edit)) return false;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(edit), child) {
+    if (!asks_for_nothing(child, Operation::merge)) return false;
+  }
+  return true;
+}
+
 void drop_idle(Data& edit, Operation default_operation) {
   drop_idle_siblings(edit, edit.get(), default_operation);
 }

@@ -20,6 +20,10 @@ void apply_edit(Data& target, const lyd_node* edit, Operation default_operation)
 // when something was dropped.
 bool drop_absent_removes(Data& edit, const Data& target, Operation default_operation);
 
+// True for a container that is merged and holds nothing but such containers: whoever maps it, there is nothing to do.
+// `own` is its operation, inherited or not.
+bool asks_for_nothing(const lyd_node* edit, Operation own);
+
 // Drops from `edit` what asks for nothing: leaves that the operation none leaves alone, and containers that hold
 // nothing and do not take the place of anything.
 void drop_idle(Data& edit, Operation default_operation);

@@ -276,11 +276,10 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"ObjectForAList", json(R"("subinterfaces": {"subinterface": {"index": 1}})"),
               json_error("bad-element", "subinterfaces/subinterface[index='1']", "subinterface",
                          "'subinterface' is a list and wants an array")},
-        Wrong{
-            "UnknownElementWithAnEmptyArray", json(R"("bogus": [])"),
-            json_error("unknown-element", "bogus", "bogus",
-                       "'bogus' is not known in 'interface'; allowed: name, config, state, subinterfaces, aggregation, "
-                       "ethernet, routed-vlan")},
+        Wrong{"UnknownElementWithAnEmptyArray", json(R"("bogus": [])"),
+              json_error("unknown-element", "bogus", "bogus",
+                         "'bogus' is not known in 'interface'; allowed: name, config, state, hold-time, "
+                         "penalty-based-aied, subinterfaces, aggregation, ethernet, routed-vlan")},
         Wrong{"ModuleThatIsNone", json(R"("openconfig-if-ethernet:ethernet": {"openconfig-vlan:switched-vlan":
                       {"config": {"interface-mode": "p:TRUNK"}}})"),
               json_error("invalid-value",
