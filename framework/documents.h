@@ -22,7 +22,7 @@ namespace yfw {
 struct EditDocument {
   // OpenConfig data with `ietf-netconf:operation` metadata. Opaque nodes stand only for leaves without a value below
   // a delete or remove, and for identity values without a usable namespace, which a plug-in refuses by itself (their
-  // value is the document's). A leaf stands once: of several, the last one counts.
+  // value is the document's).
   Data tree;
   Operation default_operation = Operation::merge;
   std::vector<Warning> warnings;
@@ -34,7 +34,8 @@ struct EditDocument {
 // An OpenConfig edit: <rpc>, <edit-config>, <config> (in NETCONF's namespace or in none), or bare data; JSON with
 // RFC 7952 operations. Throws Unreadable when it is not well-formed (DOCTYPE and too deep a nesting included), Refused
 // when the model does not take it: unknown elements and namespaces, state data, bad values, missing keys, misspelt
-// operations. An operation attribute in no namespace is taken as meant, with a warning.
+// operations. Refuses what contradicts itself, too: a node that stands there twice, whatever its operations, and one
+// that is to be written below one that goes. An operation attribute in no namespace is taken as meant, with a warning.
 EditDocument parse_edit(ly_ctx* ctx, const Document& document, Operation default_operation);
 
 // A native running configuration: bare, or inside <data>, <config> or <rpc-reply>; empty containers are fine, an empty

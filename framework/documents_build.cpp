@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -15,24 +16,26 @@ namespace {
 
 constexpr char kXmlNs[] = "http://www.w3.org/XML/1998/namespace";
 
-// Twice the same node with nothing but merges in between is one node.
-bool is_plain(Operation effective) {
-  return effective == Operation::merge || effective == Operation::none;
-}
-
-bool is_mergeable(const lyd_node* earlier, std::optional<Operation> own, Operation effective) {
-  return is_plain(effective) && own.value_or(Operation::none) == operation_of(earlier, Operation::none);
-}
-
-// The entry that has the same keys, where there is exactly one; null otherwise.
-lyd_node* twin_of(const lyd_node* entry) {
-  ly_set* same = nullptr;
-  lyd_node* twin = nullptr;
-  if (lyd_find_sibling_dup_inst_set(entry, entry, &same) == LY_SUCCESS && same->count == 2) {
-    twin = same->dnodes[same->dnodes[0] == entry ? 1 : 0];
+// What tells a new node from others of its kind below one parent: its value, its keys, or nothing.
+std::string identity_of(const lyd_node* made, const lysc_node* schema) {
+  if (schema->nodetype == LYS_LEAFLIST) return lyd_get_value(made);
+  std::string keys;
+  const lyd_node* key = nullptr;
+  LY_LIST_FOR(schema->nodetype == LYS_LIST ? lyd_child(made) : nullptr, key) {
+    keys += lyd_get_value(key);
+    // No value holds this.
+    keys += '\0';
   }
-  ly_set_free(same, nullptr);
-  return twin;
+  return keys;
+}
+
+bool is_keyless(const lysc_node* schema) {
+  return schema->nodetype == LYS_LIST && (schema->flags & LYS_KEYLESS) != 0;
+}
+
+// State may hold a value of a leaf-list more than once, and lists without a key (RFC 7950, sections 7.7 and 7.8.2).
+bool may_repeat(const lysc_node* schema) {
+  return is_keyless(schema) || (schema->nodetype == LYS_LEAFLIST && (schema->flags & LYS_CONFIG_R) != 0);
 }
 
 // Below a replaced node everything is simply there afterwards.
@@ -41,6 +44,16 @@ Operation passed_down(Operation operation) {
 }
 
 }  // namespace
+
+bool Seen::add(const lysc_node* once) {
+  if (std::find(once_.begin(), once_.end(), once) != once_.end()) return false;
+  once_.push_back(once);
+  return true;
+}
+
+std::size_t Seen::count(const lysc_node* list, const std::string& identity) {
+  return ++entries_[list][identity];
+}
 
 std::string TreeBuilder::path(const Position& at, const lysc_node* schema) {
   const bool same = at.parent != nullptr && at.schema()->module == schema->module;
@@ -68,6 +81,18 @@ void TreeBuilder::refuse_attribute(const Position& at, const lysc_node* schema, 
                  .bad_attribute = attribute.name});
 }
 
+void TreeBuilder::check_alone(const Position& at, lyd_node* made, const lysc_node* schema) {
+  const bool is_entry = (schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0;
+  if (may_repeat(schema)) return;
+  if (is_entry ? at.seen.count(schema, identity_of(made, schema)) == 1 : at.seen.add(schema)) return;
+  RpcError error{.tag = "bad-element",
+                 .path = path_of(made),
+                 .message = fmt::format("{}'{}' stands here twice", is_entry ? "the entry of " : "", schema->name),
+                 .bad_element = schema->name};
+  discard(made);
+  throw Refused(std::move(error));
+}
+
 lyd_node* TreeBuilder::attach(const Position& at, lyd_node* made) {
   if (at.parent == nullptr) lyd_insert_sibling(result_.tree.get(), made, result_.tree.out());
   attached_ = made;
@@ -75,10 +100,12 @@ lyd_node* TreeBuilder::attach(const Position& at, lyd_node* made) {
 }
 
 void TreeBuilder::build(const Element& content, Operation outer) {
-  build_children({nullptr, outer}, content);
+  build_children(nullptr, outer, content);
 }
 
-void TreeBuilder::build_children(const Position& at, const Element& element) {
+void TreeBuilder::build_children(lyd_node* parent, Operation outer, const Element& element) {
+  Seen seen;
+  const Position at{parent, outer, seen};
   for (const Element* child = element.first; child != nullptr; child = child->next) {
     if (child->foreign != nullptr) {
       build_foreign(at, *child);
@@ -109,6 +136,7 @@ void TreeBuilder::build_node(const Position& at, const Element& element) {
   judged_ = &element;
   const lysc_node* const parent = at.schema();
   const lysc_node* const schema = resolver_.resolve(parent, element, at.parent);
+  if (element.is_repeated) refuse(at, schema, "bad-element", fmt::format("'{}' stands here twice", schema->name));
   // The keys made the entry; they are not built again.
   if (lysc_is_key(schema)) return check_key(at, element);
   if (purpose_ != Purpose::state && (schema->flags & LYS_CONFIG_R) != 0) {
@@ -190,6 +218,11 @@ std::optional<Operation> TreeBuilder::own_operation(const Position& at, const ly
                        fmt::format("'{}' carries the operation {}; allowed: merge, replace, create, delete, remove",
                                    schema->name, quoted(each->value)));
     }
+    if (removes(at.outer) && !removes(*own)) {
+      refuse_attribute(at, schema, "bad-attribute", *each,
+                       fmt::format("'{}' carries the operation {}, but what it stands in goes; allowed: delete, remove",
+                                   schema->name, quoted(each->value)));
+    }
     if (!ours) {
       result_.warnings.push_back({path(at, schema), fmt::format("the operation \"{}\" is in no namespace; taken as "
                                                                 "NETCONF's operation",
@@ -203,21 +236,13 @@ void TreeBuilder::build_container(const Position& at, const lysc_node* schema, c
   const std::optional<Operation> own = own_operation(at, schema, element);
   const Operation effective = own.value_or(at.outer);
   lyd_node* node = nullptr;
-  lyd_node* earlier = nullptr;
-  lyd_find_sibling_val(siblings(at), schema, nullptr, 0, &earlier);
-  if (earlier != nullptr && purpose_ != Purpose::edit) {
-    refuse(at, schema, "bad-element", fmt::format("'{}' stands here twice", schema->name));
-  }
-  const bool last = earlier != nullptr && (earlier->next == nullptr || earlier->next->schema != schema);
-  if (last && is_mergeable(earlier, own, effective)) {
-    node = earlier;
-  } else if (lyd_new_inner(at.parent, schema->module, schema->name, 0, &node) == LY_SUCCESS) {
-    attach(at, node);
-    if (own.has_value()) set_operation(node, *own);
-  } else {
+  if (lyd_new_inner(at.parent, schema->module, schema->name, 0, &node) != LY_SUCCESS) {
     refuse(at, schema, "operation-failed", fmt::format("'{}' cannot be made", schema->name));
   }
-  build_children({node, passed_down(effective)}, element);
+  attach(at, node);
+  check_alone(at, node, schema);
+  if (own.has_value()) set_operation(node, *own);
+  build_children(node, passed_down(effective), element);
 }
 
 const Element* TreeBuilder::find_key(const lysc_node* key, const Element& entry) {
@@ -249,6 +274,10 @@ void TreeBuilder::build_entry(const Position& at, const lysc_node* schema, const
     }
     keys[count++] = given->value;
   }
+  if (is_keyless(schema) && at.seen.count(schema, "") > kMostAlike) {
+    refuse(at, schema, "bad-element",
+           fmt::format("more than {} entries of '{}' stand here without a key", kMostAlike, schema->name));
+  }
   lyd_node* node = nullptr;
   // As many keys are read as the list has.
   if (lyd_new_list(at.parent, schema->module, schema->name, 0, &node, keys[0], keys[1], keys[2], keys[3]) !=
@@ -269,31 +298,17 @@ void TreeBuilder::build_entry(const Position& at, const lysc_node* schema, const
     refuse(at, schema, "operation-failed", fmt::format("an entry of '{}' cannot be made", schema->name));
   }
   attach(at, node);
+  check_alone(at, node, schema);
   if (own.has_value()) set_operation(node, *own);
-  const bool stands_alone = count == 0 || (purpose_ == Purpose::edit && !is_plain(effective));
-  lyd_node* const earlier = stands_alone ? nullptr : twin_of(node);
-  if (earlier != nullptr && purpose_ != Purpose::edit) {
-    const std::string twice = path_of(node);
-    lyd_free_tree(node);
-    throw Refused({.tag = "bad-element",
-                   .path = twice,
-                   .message = fmt::format("the entry of '{}' stands here twice", schema->name),
-                   .bad_element = schema->name});
-  }
-  if (earlier != nullptr && is_mergeable(earlier, own, effective)) {
-    lyd_free_tree(node);
-    node = earlier;
-  }
-  build_children({node, passed_down(effective)}, element);
+  build_children(node, passed_down(effective), element);
 }
 
 void TreeBuilder::check_key(const Position& at, const Element& key) {
   lyd_node* made = lyd_child(at.parent);
   while (std::strcmp(LYD_NAME(made), key.name) != 0) made = made->next;
   check_shape(at, made->schema, key);
-  const auto* const leaf = reinterpret_cast<const lyd_node_term*>(made);
-  const LY_ERR same = lyd_value_compare(leaf, key.value, std::strlen(key.value));
-  if (same != LY_SUCCESS && same != LY_EINCOMPLETE) {
+  // The first one made the entry.
+  if (!at.seen.add(made->schema)) {
     refuse(at, made->schema, "bad-element", fmt::format("the key '{}' stands here twice", key.name));
   }
   check_writing(at, made, key);

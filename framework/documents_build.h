@@ -42,6 +42,19 @@ struct BoundName {
   bool is_prefixed;
 };
 
+// What stands below one parent already. libyang goes through equal siblings one by one, so it must not get many.
+class Seen {
+ public:
+  // For nodes that stand once: false when it is there already.
+  bool add(const lysc_node* once);
+  // For entries of lists and leaf-lists: how many with this value, or these keys, there are now.
+  std::size_t count(const lysc_node* list, const std::string& identity);
+
+ private:
+  std::vector<const lysc_node*> once_;
+  std::unordered_map<const lysc_node*, std::unordered_map<std::string, std::size_t>> entries_;
+};
+
 class TreeBuilder {
  public:
   enum class Purpose : std::uint8_t {
@@ -75,16 +88,19 @@ class TreeBuilder {
   struct Position {
     lyd_node* parent;  // null at the top
     Operation outer;   // what the parent passes down
+    Seen& seen;
 
     const lysc_node* schema() const { return parent == nullptr ? nullptr : parent->schema; }
   };
 
-  void build_children(const Position& at, const Element& element);
+  void build_children(lyd_node* parent, Operation outer, const Element& element);
   void build_foreign(const Position& at, const Element& element);
   void build_node(const Position& at, const Element& element);
   void build_container(const Position& at, const lysc_node* schema, const Element& element);
   void build_entry(const Position& at, const lysc_node* schema, const Element& element);
   void build_leaf(const Position& at, const lysc_node* schema, const Element& element);
+  lyd_node* make_leaf(const Position& at, const lysc_node* schema, const Element& element);
+  lyd_node* make_removed(const Position& at, const lysc_node* schema);
   lyd_node* make_identity(const Position& at, const lysc_node* schema, const Element& element);
   lyd_node* make_enumeration(const Position& at, const lysc_node* schema, const Element& element);
   BoundName bind(const Position& at, const lysc_node* schema, const Element& element);
@@ -94,16 +110,14 @@ class TreeBuilder {
   void check_shape(const Position& at, const lysc_node* schema, const Element& element);
   void check_key(const Position& at, const Element& key);
   const Element* find_key(const lysc_node* key, const Element& entry);
-  void drop_earlier(const Position& at, const lysc_node* schema);
   void check_writing(const Position& at, lyd_node* made, const Element& element);
+  // Throws a node away and refuses it when another one stands where it wants to.
+  void check_alone(const Position& at, lyd_node* made, const lysc_node* schema);
   void discard(lyd_node* node);
 
   // Creates a leaf; null when its type does not take the value.
   lyd_node* try_term(const Position& at, const lysc_node* schema, const char* value);
   lyd_node* attach(const Position& at, lyd_node* made);
-  lyd_node* siblings(const Position& at) const {
-    return at.parent == nullptr ? result_.tree.get() : lyd_child(at.parent);
-  }
 
   std::string path(const Position& at, const lysc_node* schema);
   [[noreturn]] void refuse(const Position& at, const lysc_node* schema, const char* tag, std::string message);

@@ -153,6 +153,12 @@ class Search {
               .message = fmt::format("'{}' is not expected in '{}'{}", child.name, parent.name, second ? " again" : ""),
               .bad_element = child.name});
     }
+    if (child.is_repeated || (known->role == Role::default_operation && default_operation_.has_value())) {
+      refuse({.tag = "bad-element",
+              .path = fmt::format("{}/{}", path, child.name),
+              .message = fmt::format("'{}' stands here twice", child.name),
+              .bad_element = child.name});
+    }
     if (known->role == Role::wrapper || known->role == Role::content) descend(child, *known, path);
     if (std::strcmp(child.name, "test-option") == 0) refuse_test_only(child, path);
     if (known->role == Role::default_operation) default_operation_ = read_default(child, path);

@@ -65,6 +65,9 @@ class FilterBuilder {
     const lysc_node* schema = nullptr;
     if (is_netconf(element.ns)) schema = find_by_name(resolver_.models(), parent_schema, "", element.name);
     if (schema == nullptr) schema = resolver_.resolve(parent_schema, element, parent);
+    if (element.is_repeated) {
+      refuse(parent, schema, "bad-element", fmt::format("'{}' stands here twice", schema->name));
+    }
     const bool term = is_term(schema);
     if (!term && !element.is_blank()) {
       refuse(parent, schema, "bad-element",

@@ -1,6 +1,7 @@
 // JSON as it comes from outside (RFC 8259), with the names of RFC 7951 and the annotations of RFC 7952.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 #include <vector>
@@ -309,9 +310,9 @@ class JsonReader {
         said.push_back(annotation(ns, name));
         return;
       }
-      for (const Member& other : members) {
-        if (other.name == name && other.ns == ns) fail(fmt::format("the member '{}' stands here twice", qualified));
-      }
+      // Who knows where the member stands refuses it.
+      const bool is_repeated = std::any_of(members.begin(), members.end(),
+                                           [&](const Member& other) { return other.name == name && other.ns == ns; });
       if (members.size() == kMostMembers) fail(fmt::format("an object has more than {} members", kMostMembers));
       Member member{ns, name, nullptr};
       if (foreign) {
@@ -323,6 +324,7 @@ class JsonReader {
         member.first = source_.add(element, name, ns, line_);
         value(*member.first);
       }
+      for (Element* each = member.first; is_repeated && each != nullptr; each = each->next) each->is_repeated = true;
       members.push_back(member);
     });
     if (said.size() + carried.size() > kMostMembers) {
@@ -343,9 +345,10 @@ class JsonReader {
     alone->foreign = source_.keep(said.text);
   }
 
-  // Said twice, one of the two would be lost.
+  // Said twice, one of the two would be lost. What stands there twice itself is refused anyway.
   void put(Element& element, const Attribute* attributes, int line) {
-    if (element.attributes != nullptr) source_.fail(line, fmt::format("'{}' is annotated twice", element.name));
+    const bool is_free = element.attributes == nullptr || element.is_repeated;
+    if (!is_free) source_.fail(line, fmt::format("'{}' is annotated twice", element.name));
     element.attributes = attributes;
   }
 

@@ -89,28 +89,6 @@ lyd_node* TreeBuilder::make_enumeration(const Position& at, const lysc_node* sch
   return made;
 }
 
-// A leaf stands once. In an edit the last one counts, elsewhere the second one is a fault.
-void TreeBuilder::drop_earlier(const Position& at, const lysc_node* schema) {
-  lyd_node* earlier = nullptr;
-  lyd_find_sibling_val(siblings(at), schema, nullptr, 0, &earlier);
-  lyd_node* const first = siblings(at);
-  // Opaque nodes stand behind all others.
-  for (lyd_node* last = first == nullptr ? nullptr : first->prev; earlier == nullptr && last != nullptr;
-       last = last == first ? nullptr : last->prev) {
-    if (last->schema != nullptr) break;
-    if (std::strcmp(LYD_NAME(last), schema->name) == 0 &&
-        std::strcmp(reinterpret_cast<lyd_node_opaq*>(last)->name.module_ns, schema->module->ns) == 0) {
-      earlier = last;
-    }
-  }
-  if (earlier == nullptr) return;
-  if (purpose_ != Purpose::edit) {
-    refuse(at, schema, "bad-element", fmt::format("'{}' stands here twice", schema->name));
-  }
-  result_.value_namespaces.erase(earlier);
-  discard(earlier);
-}
-
 void TreeBuilder::discard(lyd_node* node) {
   if (node == result_.tree.get()) *result_.tree.out() = node->next;
   lyd_free_tree(node);
@@ -130,27 +108,29 @@ void TreeBuilder::check_writing(const Position& at, lyd_node* made, const Elemen
 
 void TreeBuilder::build_leaf(const Position& at, const lysc_node* schema, const Element& element) {
   const std::optional<Operation> own = own_operation(at, schema, element);
-  const lysc_type* const type = real_type(schema);
-  const bool is_leaf = schema->nodetype == LYS_LEAF;
-  if (is_leaf) drop_earlier(at, schema);
+  const Operation effective = own.value_or(at.outer);
+  lyd_node* const made =
+      removes(effective) && !is_given(element) ? make_removed(at, schema) : make_leaf(at, schema, element);
+  check_alone(at, made, schema);
+  set_operation(made, own.value_or(Operation::none));
+}
 
-  lyd_node* made = nullptr;
-  if (removes(own.value_or(at.outer)) && !is_given(element)) {
-    if (!is_leaf) {
-      refuse(at, schema, "missing-element",
-             fmt::format("'{}' is a leaf-list: say which of its values goes", schema->name));
-    }
-    made = new_removed_leaf(at.parent, schema);
-    attach(at, made);
-    set_operation(made, own.value_or(Operation::none));
-    return;
+lyd_node* TreeBuilder::make_removed(const Position& at, const lysc_node* schema) {
+  if (schema->nodetype != LYS_LEAF) {
+    refuse(at, schema, "missing-element",
+           fmt::format("'{}' is a leaf-list: say which of its values goes", schema->name));
   }
+  return attach(at, new_removed_leaf(at.parent, schema));
+}
 
+lyd_node* TreeBuilder::make_leaf(const Position& at, const lysc_node* schema, const Element& element) {
+  const lysc_type* const type = real_type(schema);
   const bool unwritten = element.kind == Kind::null || element.kind == Kind::empty || element.kind == Kind::nothing;
   if (unwritten && resolver_.source().format() == Format::json && type->basetype != LY_TYPE_EMPTY) {
     refuse(at, schema, "invalid-value",
            fmt::format("'{}' has no value; allowed: {}", schema->name, allowed_values(type)));
   }
+  lyd_node* made = nullptr;
   if (type->basetype == LY_TYPE_IDENT && is_given(element)) {
     made = make_identity(at, schema, element);
   } else if (type->basetype == LY_TYPE_ENUM) {
@@ -165,7 +145,7 @@ void TreeBuilder::build_leaf(const Position& at, const lysc_node* schema, const 
     discard(made);
     throw;
   }
-  if (own.has_value()) set_operation(made, *own);
+  return made;
 }
 
 }  // namespace yfw

@@ -23,6 +23,7 @@ inline constexpr std::size_t kLongestAttribute = 1U << 16;
 inline constexpr std::size_t kMostMembers = 1000;
 inline constexpr std::size_t kMostAttributes = 256;  // of one element, namespace declarations among them
 inline constexpr std::size_t kMostScopes = 256;      // namespaces that are declared at one place
+inline constexpr std::size_t kMostAlike = 4096;  // entries of one list that has no key
 
 // How a value is written. XML knows only `nothing` and `text`.
 enum class Kind : std::uint8_t {
@@ -66,6 +67,7 @@ struct Element {
   // The text of a foreign subtree, of which nothing else is read; null for all other elements. XML: an element that
   // declares every prefix it needs. JSON: the member, with what is annotated to it.
   const char* foreign = nullptr;
+  bool is_repeated = false;  // of a JSON member whose name its object had already
 
   // True when there is no value but blanks.
   bool is_blank() const;

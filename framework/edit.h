@@ -43,9 +43,8 @@ const lyd_node* check_claims(const Surroundings& around, MappedLeaves& leaves, E
 // Refuses two forms of match for one sub-interface in one request.
 void check_one_form(const EditDocument& document);
 
-// Refuses values that are right one by one but not together: an entry twice in one request, a range whose low end is
-// above its high end. `resulting` is the configuration that will be there, or the request where nobody knows. Trunk
-// entries that overlap are told.
+// Refuses values that are right one by one but not together: a range whose low end is above its high end. `resulting`
+// is the configuration that will be there, or the request where nobody knows. Trunk entries that overlap are told.
 void check_values(const EditDocument& document, const Data& resulting, std::vector<Warning>& warnings);
 
 // False when configuration that is asked for as it stands here would be refused by one of these checks.

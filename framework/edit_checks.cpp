@@ -5,6 +5,7 @@
 #include <map>
 
 #include "framework/edit.h"
+#include "framework/edit_config.h"
 #include "framework/sibling.h"
 
 namespace yfw {
@@ -90,7 +91,10 @@ struct ClaimCheck {
     const Operation operation = operation_of(node, outer);
     const lysc_node* const schema = schema_of(node);
     const Claim claim = schema == nullptr ? Claim::nobody : claim_of(schema);
-    if (claim == Claim::nobody) return drop(node);
+    if (claim == Claim::nobody) {
+      if (!asks_for_nothing(node, operation)) drop(node);
+      return;
+    }
     if (claim == Claim::plugin && is_term(schema) && !leaves.is_mapped(around, schema)) {
       if (ignore_unmapped) return drop(node);
       // Below what goes as a whole nobody is asked.

@@ -133,11 +133,12 @@ bool has_content(const lyd_node* node) {
   return child != nullptr;
 }
 
-// Nothing but containers that ask for nothing themselves.
+// Nothing but containers that ask for nothing themselves. What is to be deleted must be there.
 bool holds_nothing(const lyd_node* edit) {
   const lyd_node* child = nullptr;
   LY_LIST_FOR(first_child(edit), child) {
-    if (!is_np_container(child) || !holds_nothing(child)) return false;
+    const bool asks = operation_of(child, Operation::merge) == Operation::delete_;
+    if (asks || !is_np_container(child) || !holds_nothing(child)) return false;
   }
   return true;
 }
@@ -166,14 +167,17 @@ class Dropping {
       return true;
     }
     if (edit->schema == nullptr || is_term(edit->schema)) return false;
+    // An entry that the operation none does not find is refused, whatever it holds.
+    if (own == Operation::none && !exists(there) && !is_np_container(edit)) return false;
+    // What is replaced is empty before its new content comes.
+    const lyd_node* const below = there == nullptr || own == Operation::replace ? nullptr : lyd_child(there);
+    const bool replaces = replaced || own == Operation::replace;
+    const bool dropped = drop_siblings(lyd_child(edit), below, passed_down(own), replaces);
     if (own == Operation::replace && is_np_container(edit) && holds_nothing(edit) && !exists(there)) {
       erase(edit);
       return true;
     }
-    // What is replaced is empty before its new content comes.
-    const lyd_node* const below = there == nullptr || own == Operation::replace ? nullptr : lyd_child(there);
-    const bool replaces = replaced || own == Operation::replace;
-    if (!drop_siblings(lyd_child(edit), below, passed_down(own), replaces)) return false;
+    if (!dropped) return false;
     if (has_content(edit)) return true;
     const bool is_named_entry = replaced && edit->schema->nodetype == LYS_LIST;
     if (operation_of(edit, Operation::none) == Operation::none && own != Operation::replace && !is_named_entry) {
@@ -192,11 +196,12 @@ class Dropping {
   Data& edit_;
 };
 
-// An empty container of which nothing is said asks for nothing either.
+// An empty container that is not to take the place of anything asks for nothing either.
 bool is_idle(const lyd_node* edit, Operation own) {
   if (own == Operation::none) return edit->schema == nullptr || is_term(edit->schema) || !has_content(edit);
   const Operation given = operation_of(edit, Operation::merge);
-  return is_np_container(edit) && !has_content(edit) && own != Operation::replace && given == Operation::merge;
+  const bool comes = given == Operation::merge || given == Operation::create;
+  return is_np_container(edit) && !has_content(edit) && own != Operation::replace && comes;
 }
 
 void drop_idle_siblings(Data& edit, lyd_node* first, Operation outer) {
@@ -223,6 +228,16 @@ void drop_idle_siblings(Data& edit, lyd_node* first, Operation outer) {
 
 void apply_edit(Data& target, const lyd_node* edit, Operation default_operation) {
   Application(target).apply_siblings(nullptr, edit, default_operation);
+}
+
+bool asks_for_nothing(const lyd_node* edit, Operation own) {
+  const bool merged = !removes(own) && operation_of(edit, Operation::merge) == Operation::merge;
+  if (!merged || !is_np_container(edit)) return false;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(edit), child) {
+    if (!asks_for_nothing(child, Operation::merge)) return false;
+  }
+  return true;
 }
 
 void drop_idle(Data& edit, Operation default_operation) {

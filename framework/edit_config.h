@@ -16,11 +16,16 @@ namespace yfw {
 void apply_edit(Data& target, const lyd_node* edit, Operation default_operation);
 
 // Drops from `edit` every `remove` of what is not in `target`, every `replace` of it by nothing, and every ancestor
-// that this leaves without purpose (no children, no operation of its own). Returns true when something was dropped.
+// that this leaves without purpose (no children, no operation of its own). What apply_edit refuses stays. Returns true
+// when something was dropped.
 bool drop_absent_removes(Data& edit, const Data& target, Operation default_operation);
 
+// True for a container that is merged and holds nothing but such containers: whoever maps it, there is nothing to do.
+// `own` is its operation, inherited or not.
+bool asks_for_nothing(const lyd_node* edit, Operation own);
+
 // Drops from `edit` what asks for nothing: leaves that the operation none leaves alone, and containers that hold
-// nothing.
+// nothing and do not take the place of anything.
 void drop_idle(Data& edit, Operation default_operation);
 
 // One difference between two configurations of the same model.

@@ -1,4 +1,4 @@
-// Values that are right one by one and wrong together: repeated entries, ranges upside down, overlapping trunks.
+// Values that are right one by one and wrong together: ranges upside down, overlapping trunks.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cstring>
 #include <optional>
-#include <set>
 
 #include "framework/edit.h"
 
@@ -60,7 +59,6 @@ class Check {
   void check(const lyd_node* node, Operation outer) {
     const Operation own = operation_of(node, outer);
     if (node->schema == nullptr || is_term(node->schema) || removes(own)) return;
-    check_repeats(node, own);
     for (const Bounds& bounds : kBounds) check_bounds(node, bounds);
     check_trunks(node, own);
     const lyd_node* child = nullptr;
@@ -70,18 +68,6 @@ class Check {
   }
 
  private:
-  static void check_repeats(const lyd_node* container, Operation own) {
-    std::set<std::pair<const lysc_node*, std::string>> seen;
-    const lyd_node* child = nullptr;
-    LY_LIST_FOR(lyd_child(container), child) {
-      if (child->schema == nullptr || child->schema->nodetype != LYS_LEAFLIST) continue;
-      if (removes(operation_of(child, own))) continue;
-      const char* const value = lyd_get_value(child);
-      if (seen.emplace(child->schema, value).second) continue;
-      refuse(child, fmt::format("'{}' names {} twice in one request", LYD_NAME(child), value));
-    }
-  }
-
   const lyd_node* resulting(const lyd_node* node) const {
     if (resulting_ == nullptr) return node;
     lyd_node* found = nullptr;

@@ -276,11 +276,10 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"ObjectForAList", json(R"("subinterfaces": {"subinterface": {"index": 1}})"),
               json_error("bad-element", "subinterfaces/subinterface[index='1']", "subinterface",
                          "'subinterface' is a list and wants an array")},
-        Wrong{
-            "UnknownElementWithAnEmptyArray", json(R"("bogus": [])"),
-            json_error("unknown-element", "bogus", "bogus",
-                       "'bogus' is not known in 'interface'; allowed: name, config, state, subinterfaces, aggregation, "
-                       "ethernet, routed-vlan")},
+        Wrong{"UnknownElementWithAnEmptyArray", json(R"("bogus": [])"),
+              json_error("unknown-element", "bogus", "bogus",
+                         "'bogus' is not known in 'interface'; allowed: name, config, state, hold-time, "
+                         "penalty-based-aied, subinterfaces, aggregation, ethernet, routed-vlan")},
         Wrong{"ModuleThatIsNone", json(R"("openconfig-if-ethernet:ethernet": {"openconfig-vlan:switched-vlan":
                       {"config": {"interface-mode": "p:TRUNK"}}})"),
               json_error("invalid-value",
@@ -376,6 +375,16 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"TwoConfigs", "<edit-config><config/><config/></edit-config>",
               protocol_error("unknown-element", "/edit-config/config", "config",
                              "'config' is not expected in 'edit-config' again")},
+        Wrong{"TwoDefaultOperations",
+              "<edit-config><default-operation>merge</default-operation><default-operation>none</default-operation>"
+              "<config/></edit-config>",
+              protocol_error("bad-element", "/edit-config/default-operation", "default-operation",
+                             "'default-operation' stands here twice")},
+        Wrong{"TwoConfigsInJson", R"({"ietf-netconf:edit-config": {"config": {}, "config": {}}})",
+              protocol_error("unknown-element", "/edit-config/config", "config",
+                             "'config' is not expected in 'edit-config' again")},
+        Wrong{"TwoTargetsInJson", R"({"ietf-netconf:edit-config": {"target": {}, "target": {}, "config": {}}})",
+              protocol_error("bad-element", "/edit-config/target", "target", "'target' stands here twice")},
         Wrong{"TestOnly", "<edit-config><test-option>test-only</test-option><config/></edit-config>",
               protocol_error("operation-not-supported", "/edit-config/test-option", "test-option",
                              "'test-option' is \"test-only\"; allowed: test-then-set, set")},

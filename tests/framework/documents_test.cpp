@@ -146,46 +146,11 @@ INSTANTIATE_TEST_SUITE_P(
                    on_interface("<config><description>a &lt;&amp;&#65; <![CDATA[<b>]]></description></config>"),
                    "<description>a &lt;&amp;A &lt;b&gt;</description>"},
         Understood{"EmptyText", on_interface("<config><description/></config>"), "<description/>"},
-        Understood{"TheLastOfTwoLeavesCounts", on_interface("<config><mtu>1500</mtu><mtu>9000</mtu></config>"),
-                   "<config><mtu>9000</mtu></config>"},
-        Understood{"ALeafAfterItsRemoval", on_interface("<config><mtu nc:operation='remove'/><mtu>9000</mtu></config>"),
-                   "<config><mtu>9000</mtu></config>"},
-        Understood{"ARemovalAfterItsLeaf", on_interface("<config><mtu>9000</mtu><mtu nc:operation='remove'/></config>"),
-                   "<config><mtu " NC "=\"remove\"/></config>"},
-        Understood{"TwoMergedContainersAreOne",
-                   on_interface("<config><mtu>1500</mtu></config><config><description>d</description></config>"),
-                   "<config><mtu>1500</mtu><description>d</description></config>"},
-        Understood{
-            "TwoMergedEntriesAreOne",
-            on_interface("<subinterfaces><subinterface><index>1</index><config><index>1</index></config></subinterface>"
-                         "<subinterface><index>1</index><config><description>d</description></config></subinterface>"
-                         "</subinterfaces>"),
-            "<subinterface><index>1</index><config><index>1</index><description>d</description></config>"
-            "</subinterface>"},
-        Understood{
-            "TwoContainersBelowAReplaceAreOne",
-            on_vlan("<match nc:operation='replace'><double-tagged><config><inner-vlan-id>5</inner-vlan-id></config>"
-                    "</double-tagged><double-tagged><config><outer-vlan-id>6</outer-vlan-id></config></double-tagged>"
-                    "</match>"),
-            "<match " NC "=\"replace\"><double-tagged><config><inner-vlan-id>5</inner-vlan-id>"
-            "<outer-vlan-id>6</outer-vlan-id></config></double-tagged></match>"},
-        Understood{"TwoReplacedEntriesAreTwo",
-                   on_interface("<subinterfaces><subinterface nc:operation='replace'><index>1</index></subinterface>"
-                                "<subinterface nc:operation='replace'><index>1</index></subinterface></subinterfaces>"),
-                   "<subinterface " NC "=\"replace\"><index>1</index></subinterface>"
-                   "<subinterface " NC "=\"replace\"><index>1</index></subinterface>"},
         Understood{
             "JsonEntryAnnotatedFromOutside",
             R"({"openconfig-interfaces:interfaces": {"interface": [{"name": "e", "@": {"ietf-netconf:operation": "delete"}},
                        {"name": "f"}], "@interface": [null, {"ietf-netconf:operation": "create"}]}})",
             "<interface " NC "=\"delete\"><name>e</name></interface><interface " NC "=\"create\"><name>f</name>"},
-        Understood{"DeletedAndCreatedEntriesAreTwo",
-                   on_interface("<subinterfaces><subinterface nc:operation='delete'><index>1</index></subinterface>"
-                                "<subinterface nc:operation='create'><index>1</index></subinterface></subinterfaces>"),
-                   "<subinterface " NC "=\"delete\"><index>1</index></subinterface>"
-                   "<subinterface " NC "=\"create\"><index>1</index></subinterface>"},
-        Understood{"DuplicateIdsStay", on_trunk("<trunk-vlans>10</trunk-vlans><trunk-vlans>10</trunk-vlans>"),
-                   "<trunk-vlans>10</trunk-vlans><trunk-vlans>10</trunk-vlans>"},
         Understood{
             "QuotedKeys",
             "<interfaces xmlns='http://openconfig.net/yang/interfaces'><interface><name>a'b\"c]</name></interface>"
@@ -323,12 +288,6 @@ INSTANTIATE_TEST_SUITE_P(
                           json_mapping(R"("vlan-stack-action": "openconfig-vlan-types:SWAP")"), "vlan-stack-action",
                           "term SWAP, namespace http://openconfig.net/yang/vlan-types"}),
     [](const testing::TestParamInfo<Bound>& info) { return info.param.name; });
-
-TEST(ValueNamespaces, OfAnEarlierLeafIsForgotten) {
-  const std::string text =
-      on_mapping("<vlan-stack-action>t:PUSH</vlan-stack-action><vlan-stack-action>POP</vlan-stack-action>");
-  EXPECT_TRUE(parse_edit(compact_models().get(), {text}, Operation::merge).value_namespaces.empty());
-}
 
 TEST(Nodes, OperationsComeAndGo) {
   const EditDocument edit =

@@ -128,7 +128,6 @@ INSTANTIATE_TEST_SUITE_P(
         BadText{"OverlongUtf8", "{\"a\": \"\xc0\xaf\"}", "line 1: a text is not UTF-8"},
         BadText{"SurrogateUtf8", "{\"a\": \"\xed\xa0\x80\"}", "line 1: a text is not UTF-8"},
         BadText{"CutUtf8", "{\"a\": \"\xe2\x82\"}", "line 1: a text is not UTF-8"},
-        BadText{"MemberTwice", "{\"a\": 1,\n\"a\": 2}", "line 2: the member 'a' stands here twice"},
         BadText{"ArrayInAnArray", "{\"a\": [[1]]}", "line 1: 'a' holds an array in an array"},
         BadText{"TooDeep", repeated("{\"a\":", 201) + "1" + repeated("}", 201),
                 "line 1: values are nested more than 200 deep"},

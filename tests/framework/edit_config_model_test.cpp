@@ -3,6 +3,7 @@
 
 #include <map>
 #include <random>
+#include <set>
 #include <vector>
 
 #include "framework/edit_config.h"
@@ -22,6 +23,10 @@ struct Asked {
   std::vector<Asked> children;
 };
 
+bool removes(const Asked& node) {
+  return node.operation == "delete" || node.operation == "remove";
+}
+
 class Generator {
  public:
   explicit Generator(unsigned seed) : random_(seed) {}
@@ -37,6 +42,7 @@ class Generator {
       if (chance(2)) top.children.back().children.push_back(leaf("z"));
     }
     entries(top, "l", "k");
+    if (!chance(20)) tidy(top, false);
     return top;
   }
 
@@ -53,8 +59,19 @@ class Generator {
   Asked leaf(const char* name) { return {Is::leaf, name, std::to_string(pick(3)), operation(), {}}; }
 
   void values(Asked& parent, const char* name) {
-    for (int i = pick(3); i > 0; --i)
-      parent.children.push_back({Is::value, name, std::to_string(pick(3)), operation(), {}});
+    for (int i = 0; i < 3; ++i) {
+      if (chance(3)) parent.children.push_back({Is::value, name, std::to_string(i), operation(), {}});
+    }
+  }
+
+  // Only seldom a node stands there a second time, or something is written below what goes.
+  void tidy(Asked& node, bool goes) {
+    if (goes && !removes(node)) node.operation = "";
+    goes = goes || removes(node);
+    for (Asked& child : node.children) tidy(child, goes);
+    if (!operations_ || node.children.empty() || !chance(50)) return;
+    node.children.push_back(node.children[static_cast<std::size_t>(pick(static_cast<int>(node.children.size())))]);
+    if (!goes) node.children.back().operation = operation();
   }
 
   Asked np() {
@@ -107,6 +124,18 @@ struct Trouble {
 class SecondOpinion {
  public:
   explicit SecondOpinion(Flat& flat) : flat_(flat) {}
+
+  // What a request must not say, whatever is there.
+  static void judge(const Asked& node, const std::string& parent, bool goes) {
+    const std::string path = path_below(parent, node);
+    goes = goes || removes(node);
+    std::set<std::string> seen;
+    for (const Asked& child : node.children) {
+      if (goes && !child.operation.empty() && !removes(child)) throw Trouble{"bad-attribute"};
+      if (!seen.insert(path_below(path, child)).second) throw Trouble{"bad-element"};
+      judge(child, path, goes);
+    }
+  }
 
   void apply(const Asked& node, const std::string& parent, const std::string& inherited) {
     const std::string path = path_below(parent, node);
@@ -166,6 +195,7 @@ TEST(RandomEdits, AgreeWithASecondOpinion) {
   static const std::vector<std::pair<std::string, Operation>> kDefaults{
       {"merge", Operation::merge}, {"replace", Operation::replace}, {"none", Operation::none}};
   int refused = 0;
+  int contradictory = 0;
   int applied = 0;
   for (unsigned seed = 1; seed <= 5000; ++seed) {
     Generator generator(seed);
@@ -186,6 +216,7 @@ TEST(RandomEdits, AgreeWithASecondOpinion) {
       std::string expected;
       Flat after = flat;
       try {
+        SecondOpinion::judge(edit, "", false);
         SecondOpinion(after).apply(edit, "", default_name);
         expected = shown(after);
       } catch (const Trouble& trouble) {
@@ -208,6 +239,10 @@ TEST(RandomEdits, AgreeWithASecondOpinion) {
         ++refused;
         break;
       }
+      if (expected.starts_with("bad-")) {
+        ++contradictory;
+        break;
+      }
       ++applied;
       flat = after;
     }
@@ -215,6 +250,7 @@ TEST(RandomEdits, AgreeWithASecondOpinion) {
   // Both ends are reached often, or the generator is worth nothing.
   EXPECT_GT(refused, 1000);
   EXPECT_GT(applied, 1000);
+  EXPECT_GT(contradictory, 300);
 }
 
 }  // namespace

@@ -163,6 +163,9 @@ constexpr char kRemove[] = " nc:operation=\"remove\"";
 constexpr char kReplace[] = " nc:operation=\"replace\"";
 constexpr char kCreate[] = " nc:operation=\"create\"";
 constexpr char kSub[] = "Ethernet0/0/1.100 l2";
+constexpr char kInterfacePath[] = "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']";
+constexpr char kSubinterfacePath[] =
+    "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/subinterfaces/subinterface[index='100']";
 constexpr char kMatchPath[] =
     "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/subinterfaces/subinterface[index='100']/"
     "openconfig-vlan:vlan/match";
@@ -275,6 +278,30 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Entries, EditTest,
     testing::Values(
+        EditCase{"NoneNeedsTheInterfaceForARemove", native({{"Ethernet0/0/2", ""}}),
+                 by_operations(on_interface("<config><description nc:operation=\"remove\"/></config>")), "", "",
+                 "data-missing", kInterfacePath, "'interface' is not there"},
+        EditCase{"NoneNeedsTheInterfaceForTheRemoveOfASubinterface", native({{"Ethernet0/0/2", ""}}),
+                 by_operations(on_subinterface("", kRemove)), "", "", "data-missing", kInterfacePath,
+                 "'interface' is not there"},
+        EditCase{"NoneNeedsTheSubinterfaceForARemove", native({{"Ethernet0/0/1", ""}}),
+                 by_operations(match(single("", kRemove))), "", "", "data-missing", kSubinterfacePath,
+                 "'subinterface' is not there"},
+        EditCase{"NoneNeedsTheSubinterfaceForADelete", native({{"Ethernet0/0/1", ""}}),
+                 by_operations(match("", kDelete)), "", "", "data-missing", kSubinterfacePath,
+                 "'subinterface' is not there"},
+        EditCase{"NoneNeedsTheSubinterfaceForARemoveBelowAReplace", native({{"Ethernet0/0/1", ""}}),
+                 by_operations(vlan("<match nc:operation=\"remove\"/>", kReplace)), "", "", "data-missing",
+                 kSubinterfacePath, "'subinterface' is not there"},
+        EditCase{"NoneNeedsNoSubinterfaceThatIsRemoved", native({{"Ethernet0/0/1", ""}}),
+                 by_operations(on_subinterface("", kRemove)), native({{"Ethernet0/0/1", ""}}), ""},
+        EditCase{"NoneNeedsNoContainerForARemove", native({{kSub, ""}}), by_operations(match(single("", kRemove))),
+                 native({{kSub, ""}}), ""},
+        EditCase{"MergeNeedsNoSubinterfaceForARemove", native({{"Ethernet0/0/1", ""}}), match(single("", kRemove)),
+                 native({{"Ethernet0/0/1", ""}}), ""},
+        EditCase{"DeletedBelowAReplaceOfWhatIsNot", native({{kSub, ""}}),
+                 vlan("<match nc:operation=\"delete\"/>", kReplace), "", "", "data-missing", kMatchPath,
+                 "'match' is not there to be deleted"},
         EditCase{"SubinterfaceDeleted", native({{"Ethernet0/0/1", ""}, {kSub, kSingle100}}),
                  on_subinterface("", kDelete), native({{"Ethernet0/0/1", ""}}), ""},
         EditCase{"SubinterfaceReplacedKeepsItsLayer", native({{kSub, kList102030}}),
@@ -349,8 +376,12 @@ INSTANTIATE_TEST_SUITE_P(
                  by_operations(switched("<interface-mode nc:operation=\"delete\"/><trunk-vlans>10</trunk-vlans>")),
                  native({{"Ethernet0/0/1", ""}}), "trunk-vlans[.='10']: goes: its condition no longer holds"},
         EditCase{"WhatNothingExpressesIsToldBeforeWhatIsNotWritten", native({{"Ethernet0/0/1", ""}}),
-                 by_operations(switched("<native-vlan>5</native-vlan>") +
-                               vlan("<config><vlan-id nc:operation=\"merge\">5</vlan-id></config>")),
+                 by_operations(on_interface(fmt::format(
+                     "<ethernet xmlns=\"http://openconfig.net/yang/interfaces/ethernet\"><switched-vlan "
+                     "xmlns=\"{0}\"><config><native-vlan>5</native-vlan></config></switched-vlan></ethernet>"
+                     "<subinterfaces><subinterface><index>100</index><vlan xmlns=\"{0}\"><config><vlan-id "
+                     "nc:operation=\"merge\">5</vlan-id></config></vlan></subinterface></subinterfaces>",
+                     kVlanNs))),
                  "", "", "operation-not-supported",
                  "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/subinterfaces/"
                  "subinterface[index='100']/openconfig-vlan:vlan/config/vlan-id",

@@ -1,4 +1,5 @@
-// From every form to every other: nothing of the old form remains, or what remains is told.
+// From every form to every other: nothing of the old form remains, or what remains is told. From a form to nothing:
+// nothing but that form goes.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -89,6 +90,10 @@ struct Stand {
   bool l2;
 };
 
+void PrintTo(const Stand& stand, std::ostream* out) {
+  *out << stand.name;
+}
+
 constexpr Stand kStands[] = {
     {"MatchOnL2", "Ethernet0/0/1.100", Unit::match, true},
     {"MatchOnL3", "Ethernet0/0/1.100", Unit::match, false},
@@ -97,24 +102,32 @@ constexpr Stand kStands[] = {
     {"Bundle", "Bundle-Ether5", Unit::switched, false},
 };
 
+// Where the unit stands in the OpenConfig tree.
+std::string unit_path_of(const Stand& stand) {
+  for (const Region& region : regions_of(stand.native_name)) {
+    if (region.unit == stand.unit) return region.path;
+  }
+  return {};
+}
+
+Entry entry_of(const Stand& stand, const Form& form) {
+  Entry entry = encode(stand.unit, form.leaves, stand.l2);
+  if (stand.l2) entry["l2-transport"];
+  entry["description"] = "stays";
+  return entry;
+}
+
+bool is_plain(const Form& form) {
+  return exceptions_of(form.unit, form.leaves).empty();
+}
+
 class Transitions : public testing::TestWithParam<std::tuple<Stand, Way>> {
  protected:
   const Stand& stand() const { return std::get<0>(GetParam()); }
   Way way() const { return std::get<1>(GetParam()); }
 
-  std::string unit_path() const {
-    for (const Region& region : regions_of(stand().native_name)) {
-      if (region.unit == stand().unit) return region.path;
-    }
-    return {};
-  }
-
-  Entry entry_with(const Form& form) const {
-    Entry entry = encode(stand().unit, form.leaves, stand().l2);
-    if (stand().l2) entry["l2-transport"];
-    entry["description"] = "stays";
-    return entry;
-  }
+  std::string unit_path() const { return unit_path_of(stand()); }
+  Entry entry_with(const Form& form) const { return entry_of(stand(), form); }
 
   Request writing(const Form& form, Op op) const {
     Request request;
@@ -218,8 +231,6 @@ class Transitions : public testing::TestWithParam<std::tuple<Stand, Way>> {
     return text + "--- should be\n" + wanted + "--- is\n" + got;
   }
 
-  static bool is_plain(const Form& form) { return exceptions_of(form.unit, form.leaves).empty(); }
-
  private:
   Hosts hosts_;
 };
@@ -242,6 +253,126 @@ INSTANTIATE_TEST_SUITE_P(All, Transitions,
                          [](const testing::TestParamInfo<Transitions::ParamType>& info) {
                            return std::string(std::get<0>(info.param).name) + "By" + name_of(std::get<1>(info.param));
                          });
+
+// A container that is replaced or created by nothing, and the leaves that may be named in it.
+struct Emptied {
+  std::string path;
+  std::string config;  // a container in it that holds the leaves, itself where it has none
+  Config leaves;       // by their path below the unit
+};
+
+// How the nothing is written.
+enum class Nothing : std::uint8_t {
+  empty,
+  empty_inside,
+  removed_inside,
+  removed_leaves,
+  deleted_inside,
+  deleted_leaves
+};
+
+constexpr Nothing kNothings[] = {Nothing::empty,          Nothing::empty_inside,   Nothing::removed_inside,
+                                 Nothing::removed_leaves, Nothing::deleted_inside, Nothing::deleted_leaves};
+
+class Emptying : public testing::TestWithParam<Stand> {
+ protected:
+  // The unit, what is around it, and what is in it.
+  std::vector<Emptied> containers(const Form& named) const {
+    const std::string unit = unit_path_of(GetParam());
+    const std::string leaf = named.leaves.begin()->first;
+    const std::size_t cut = leaf.rfind('/');
+    const std::string config = cut == std::string::npos ? unit : unit + "/" + leaf.substr(0, cut);
+    std::vector<Emptied> found{{unit, config, named.leaves}, {config, config, named.leaves}};
+    if (GetParam().unit == Unit::switched) found.front().path = unit.substr(0, unit.rfind('/'));
+    if (GetParam().unit == Unit::match) found.push_back({config.substr(0, config.rfind('/')), config, named.leaves});
+    return found;
+  }
+
+  Request asking(const Emptied& emptied, Op op, Nothing nothing) const {
+    Request request;
+    element_at(request, emptied.path);
+    const bool leaves = nothing == Nothing::removed_leaves || nothing == Nothing::deleted_leaves;
+    const bool deletes = nothing == Nothing::deleted_leaves || nothing == Nothing::deleted_inside;
+    if (leaves) {
+      for (const auto& [leaf, values] : emptied.leaves)
+        add_leaf(request, unit_path_of(GetParam()) + "/" + leaf, values);
+      for (Element& each : element_at(request, emptied.config).children) each.op = deletes ? Op::delete_ : Op::remove;
+    } else if (nothing != Nothing::empty && emptied.config != emptied.path) {
+      element_at(request, emptied.config).op = nothing == Nothing::empty_inside ? Op::inherit
+                                               : deletes                        ? Op::delete_
+                                                                                : Op::remove;
+    }
+    element_at(request, emptied.path).op = op;
+    return request;
+  }
+
+  // Empty when all is well.
+  std::string go(const Form& from, const Emptied& emptied, Op op, Nothing nothing, Shape shape) {
+    const Stand& stand = GetParam();
+    const std::string unit = unit_path_of(stand);
+    Config whole;
+    for (const auto& [leaf, values] : from.leaves) whole[unit + "/" + leaf] = values;
+    const bool holds = exists(whole, emptied.path);
+    const bool has_inside = nothing != Nothing::deleted_inside || emptied.config != emptied.path;
+    const bool deletes = (nothing == Nothing::deleted_leaves || nothing == Nothing::deleted_inside) && has_inside;
+    const bool is_vain = deletes || (holds && op == Op::create);
+    Form after = from;
+    if (!is_vain) {
+      erase(whole, emptied.path);
+      after.leaves = part(whole, unit);
+    }
+
+    yfw::Host& host = hosts_.get(false, false);
+    host.set_running({.text = to_document({{stand.native_name, entry_of(stand, from)}}), .name = "start"});
+    Request request = asking(emptied, op, nothing);
+    request.shape = shape;
+    const std::string text = to_text(request);
+    std::string told;
+    bool refused = false;
+    try {
+      const yfw::EditResult result =
+          host.apply({.text = text, .format = shape == Shape::json ? yfw::Format::json : yfw::Format::xml});
+      for (const yfw::Warning& each : result.warnings) told += each.path + ": " + each.message + "\n";
+      for (const yfw::Difference& each : result.differences) told += each.path + " differs\n";
+      if (!holds && !result.native.empty()) told += result.native.print(yfw::Format::xml);
+    } catch (const yfw::Refused& refusal) {
+      refused = true;
+      if (!is_vain) told = std::string("refused: ") + refusal.what() + "\n";
+    }
+    if (is_vain && !refused) told = "not refused\n";
+    const std::string wanted = to_text(Native{{stand.native_name, entry_of(stand, after)}});
+    const std::string got = to_text(observe_native(host.running()));
+    if (got == wanted && told.empty()) return {};
+    return text + told + "--- should be\n" + wanted + "--- is\n" + got;
+  }
+
+ private:
+  Hosts hosts_;
+};
+
+TEST_P(Emptying, TouchesNothingElse) {
+  const std::vector<Form> forms = forms_of(GetParam().unit);
+  int asked = 0;
+  for (const Form& from : forms) {
+    for (const Form& named : forms) {
+      if (!is_plain(from) || !is_plain(named) || named.leaves.empty()) continue;
+      for (const Emptied& emptied : containers(named)) {
+        for (const Nothing nothing : kNothings) {
+          for (const Op op : {Op::replace, Op::create}) {
+            for (const Shape shape : {Shape::config, Shape::json}) {
+              ++asked;
+              EXPECT_EQ(go(from, emptied, op, nothing, shape), "") << "where there is " << from.name;
+            }
+          }
+        }
+      }
+    }
+  }
+  EXPECT_GT(asked, 500);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Emptying, testing::ValuesIn(kStands),
+                         [](const testing::TestParamInfo<Stand>& info) { return std::string(info.param.name); });
 
 }  // namespace
 }  // namespace property

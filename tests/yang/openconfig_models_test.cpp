@@ -1,12 +1,18 @@
 // The compact OpenConfig modules say what the published ones say of every node that they share.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 
 #include "modules.h"
 
 namespace yang_test {
 namespace {
+
+std::string in_one_line(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
 
 // One node as a client sees it, each fact a line.
 std::string describe(const lysc_node* node) {
@@ -28,7 +34,7 @@ std::string describe(const lysc_node* node) {
     char* where =
         conditions[i]->context == nullptr ? nullptr : lysc_path(conditions[i]->context, LYSC_PATH_DATA, nullptr, 0);
     text +=
-        std::string("when ") + lyxp_get_expr(conditions[i]->cond) + " at " + (where == nullptr ? "/" : where) + "\n";
+        "when " + in_one_line(lyxp_get_expr(conditions[i]->cond)) + " at " + (where == nullptr ? "/" : where) + "\n";
     std::free(where);
   }
   return text;
@@ -221,6 +227,25 @@ TEST_F(OpenConfigModels, OrderSiblingsAlike) {
     }
     EXPECT_EQ(own_order, published_order) << path_of(own);
   });
+}
+
+// An empty container is taken wherever it is known, so both have to know the same ones.
+TEST_F(OpenConfigModels, HaveTheSameContainers) {
+  int compared = 0;
+  for_each_shared([&compared](const lysc_node* own, const lysc_node* published) {
+    std::string own_containers;
+    std::string published_containers;
+    for (const lysc_node* const child : children_of(own, nullptr)) {
+      if (child->nodetype == LYS_CONTAINER) own_containers += std::string(" ") + child->name;
+    }
+    for (const lysc_node* const child : children_of(published, nullptr)) {
+      if (child->nodetype != LYS_CONTAINER) continue;
+      published_containers += std::string(" ") + child->name;
+      ++compared;
+    }
+    EXPECT_EQ(own_containers, published_containers) << path_of(own);
+  });
+  EXPECT_GT(compared, 50);
 }
 
 TEST_F(OpenConfigModels, UseThePublishedPrefixes) {

@@ -124,11 +124,13 @@ bool drop_absent(Element& element, const std::string& parent, Op outer, const Co
   const Op op = element.op == Op::inherit ? outer : element.op;
   if (op == Op::remove) return !is_there(there, element, path);
   if (op == Op::delete_) return false;
+  // An entry that the operation none does not find is a fault, whatever it holds.
+  if (op == Op::none && is_list(element.name) && !exists(there, path)) return false;
   const Config below = op == Op::replace ? Config() : there;
-  if (op == Op::replace && !is_list(element.name) && holds_nothing(element, path) && !exists(there, path)) return true;
   const std::size_t dropped = std::erase_if(element.children, [&](Element& child) {
     return drop_absent(child, path, op == Op::replace ? Op::merge : op, below);
   });
+  if (op == Op::replace && !is_list(element.name) && holds_nothing(element, path) && !exists(there, path)) return true;
   return dropped > 0 && element.children.empty() && element.op == Op::inherit && op != Op::replace;
 }
 
@@ -142,8 +144,7 @@ bool drop_idle(Element& element, const std::string& parent, Op outer) {
   if (find_leaf(place_of(path).below) != nullptr) return op == Op::none;
   if (!element.children.empty()) return false;
   if (is_list(element.name)) return op == Op::none;
-  const bool is_plain = element.op == Op::inherit || element.op == Op::merge || element.op == Op::none;
-  return is_plain && op != Op::replace;
+  return element.op != Op::replace && op != Op::replace;
 }
 
 bool has_all(const Values& values, const Values& wanted) {

@@ -21,9 +21,10 @@ class RequestCheck {
     const std::string path = path_below(parent, element);
     const Op op = element.op == Op::inherit ? outer : element.op;
     const Place place = place_of(path);
+    if (removes(outer) && element.op != Op::inherit && !removes(element.op)) refuse("bad-attribute", path);
     if (const Leaf* const leaf = find_leaf(place.below)) return check_leaf(*leaf, element, path, op, removes(outer));
     for (const Element& child : element.children) check(child, path, op);
-    check_repeated(element, path, op);
+    check_repeated(element, path);
     if (element.name == "match" && !removes(op)) check_forms(element, path, op);
   }
 
@@ -49,13 +50,13 @@ class RequestCheck {
       refuse("invalid-value", path);
   }
 
-  // A leaf-list holds a value once.
-  void check_repeated(const Element& element, const std::string& path, Op op) {
+  // Everything stands there once, whatever is to become of it.
+  void check_repeated(const Element& element, const std::string& path) {
     std::set<std::string> seen;
     for (const Element& child : element.children) {
-      const std::string leaf = path_below(path, child);
-      if (!is_leaf_list(place_of(leaf).below) || removes(child.op == Op::inherit ? op : child.op)) continue;
-      if (!seen.insert(leaf + "[" + child.value + "]").second) refuse("invalid-value", leaf);
+      const std::string below = path_below(path, child);
+      const std::string identity = is_leaf_list(place_of(below).below) ? below + "[" + child.value + "]" : below;
+      if (!seen.insert(identity).second) refuse("bad-element", below);
     }
   }
 

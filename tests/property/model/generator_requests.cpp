@@ -215,6 +215,26 @@ void spoil_value(Random& random, Element& element, const std::string& parent, bo
   for (Element& child : element.children) spoil_value(random, child, path, done);
 }
 
+// Makes some element stand there a second time, or writes something below what goes.
+void contradict(Random& random, Request& request) {
+  static const std::vector<Op> kinds{Op::inherit, Op::inherit, Op::merge, Op::replace,
+                                     Op::create,  Op::delete_, Op::remove};
+  std::vector<Target> all;
+  collect(request.interfaces, "", all);
+  std::erase_if(all, [](const Target& target) { return target.element->children.empty(); });
+  if (all.empty()) return;
+  Element& parent = *random.pick(all).element;
+  Element& child = parent.children[random.below(parent.children.size())];
+  if (random.chance(50)) {
+    Element twin = child;
+    twin.op = random.pick(kinds);
+    parent.children.push_back(twin);
+    return;
+  }
+  parent.op = random.chance(50) ? Op::remove : Op::delete_;
+  child.op = random.pick(kinds);
+}
+
 Request make_request(Random& random, const Config& before) {
   Request request;
   const std::size_t entries = random.chance(25) ? 2 : 1;
@@ -235,6 +255,7 @@ Request make_request(Random& random, const Config& before) {
   bool done = false;
   if (random.chance(4)) spoil_value(random, request.interfaces, "", done);
   keep_outermost(request.interfaces, false);
+  if (random.chance(4)) contradict(random, request);
   return request;
 }
 

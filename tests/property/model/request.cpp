@@ -93,7 +93,8 @@ class XmlWriter {
   }
 };
 
-// JSON has one member for all entries of a list or leaf-list, so elements are gathered by name.
+// JSON has one member for all entries of a list or leaf-list, so elements are gathered by name. What stands there twice
+// is a member twice.
 class JsonWriter {
  public:
   std::string text;
@@ -137,9 +138,13 @@ class JsonWriter {
     const std::string name = (module == nullptr ? "" : std::string(module->name) + ":") + first.name;
     const std::string path = step_into(parent, first);
     const bool list = is_list(first.name);
+    if (group.size() > 1 && !list && !is_leaf_list(path)) {
+      for (const Element* const each : group) add_group({each}, parent, depth, members);
+      return;
+    }
     if (is_term(path)) return add_terms(group, path, name, members);
     std::string value = list ? "[" : "";
-    for (std::size_t i = 0; i < (list ? group.size() : 1); ++i) {
+    for (std::size_t i = 0; i < group.size(); ++i) {
       value += (i == 0 ? "" : ", ") + inner(*group[i], path, depth + 1);
     }
     members.push_back(fmt::format("\"{}\": {}{}", name, value, list ? "]" : ""));
