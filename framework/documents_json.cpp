@@ -316,6 +316,8 @@ class JsonReader {
       if (members.size() == kMostMembers) fail(fmt::format("an object has more than {} members", kMostMembers));
       Member member{ns, name, nullptr};
       if (foreign) {
+        // No model will judge it.
+        if (is_repeated) fail(fmt::format("the member '{}:{}' stands here twice", ns, name));
         member.first = source_.add(element, name, ns, line);
         member.first->foreign = source_.keep(text_.substr(begin, at_ - begin));
       } else if (next() == '[') {

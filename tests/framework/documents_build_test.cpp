@@ -306,9 +306,9 @@ TEST(Contradictions, AreNotWhatAListWithoutAKeyHolds) {
     return text + "</trunk-vlan-ranges></vlan-switched></trunk></trunks></node></nodes></vlan>";
   };
   std::vector<Warning> warnings;
-  const Data full = parse_data(compact_models().get(), {dump(4096)}, true, &warnings);
+  const Data full = parse_operational(compact_models().get(), {dump(4096)}, &warnings);
   EXPECT_TRUE(warnings.empty());
-  const Data more = parse_data(compact_models().get(), {dump(4098)}, true, &warnings);
+  const Data more = parse_operational(compact_models().get(), {dump(4098)}, &warnings);
   ASSERT_EQ(warnings.size(), 2U);
   EXPECT_EQ(warnings.front().path,
             "/Vexnet-OS-l2-eth-infra-oper:vlan/nodes/node[node-id='0']/trunks/trunk[interface='a']/vlan-switched/"

@@ -24,7 +24,7 @@ std::string running_of(std::string_view text, std::string_view description = "1,
 }
 
 Data native(const std::string& text) {
-  return parse_data(compact_models().get(), {text, Format::xml, "running"}, false);
+  return parse_running(compact_models(), {text, Format::xml, "running"}).data;
 }
 
 const lyd_node* at(const Data& data, const std::string& below) {

@@ -109,7 +109,9 @@ TEST(Verify, SaysOfALongTrunkWhatItNeedsAndWhatFits) {
     const std::string before = host.running().print(Format::xml);
     const std::string outcome = outcome_of([&] {
       const EditResult result = host.apply({on_trunk(tested.config), Format::xml, "request"});
-      for (const Warning& each : result.warnings) ADD_FAILURE() << tested.name << ": " << each.message;
+      for (const Warning& each : result.warnings) {
+        if (!each.unsaid) ADD_FAILURE() << tested.name << ": " << each.message;
+      }
       return host.running().print(Format::xml);
     });
     if (tested.says != nullptr) {
@@ -124,9 +126,10 @@ TEST(Verify, SaysOfALongTrunkWhatItNeedsAndWhatFits) {
   }
 }
 
-// Whoever does what the refusal says gets what was asked for.
+// Whoever does what the refusal says gets what was asked for. What cannot be written back as it stands there is unsaid,
+// so that nothing strict takes its place.
 TEST(Verify, ProposesForALongTrunkWhatIsAccepted) {
-  Host host({.yang_dir = OC_VLAN_SOURCE_DIR "/yang", .verify = Verify::strict});
+  Host host({.yang_dir = OC_VLAN_SOURCE_DIR "/yang", .verify = Verify::report});
   host.load_plugin(OC_VLAN_PLUGIN_FILE);
   host.set_running({trunk_of(native_trunk_text(kRun)), Format::xml, "running"});
   const std::string request =
@@ -135,7 +138,7 @@ TEST(Verify, ProposesForALongTrunkWhatIsAccepted) {
       "<edit-config xmlns='{}'><default-operation>merge</default-operation><config>{}</config></edit-config>", kNetconf,
       std::string(request).replace(request.find("<config>"), 8, "<config nc:operation='replace'>"));
   const std::string outcome = outcome_of([&] {
-    host.apply({replaced, Format::xml, "request"});
+    EXPECT_TRUE(host.apply({replaced, Format::xml, "request"}).differences.empty());
     return host.running().print(Format::xml);
   });
   EXPECT_NE(outcome.find("<trunk-vla-ns>100-179,200</trunk-vla-ns>"), std::string::npos) << outcome;
