@@ -80,7 +80,7 @@ void TreeBuilder::build(const Element& content, Operation outer) {
 
 void TreeBuilder::build_children(const Position& at, const Element& element) {
   for (const Element* child = element.first; child != nullptr; child = child->next) {
-    if (child->foreign != nullptr) {
+    if (child->foreign != nullptr && foreign_ != nullptr) {
       build_foreign(at, *child);
       continue;
     }
