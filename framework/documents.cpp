@@ -84,7 +84,9 @@ RunningDocument parse_running(const Models& models, const Document& document) {
   EditDocument built;
   std::vector<ForeignSubtree> foreign;
   TreeBuilder builder(models.get(), source, TreeBuilder::Purpose::configuration, built);
-  builder.keep_foreign(foreign);
+  // A root element of another model is another document. JSON has no such root.
+  const bool is_other = document.format == Format::xml && source.top().first->foreign != nullptr;
+  if (!is_other) builder.keep_foreign(foreign);
   build(builder, models.get(), source);
   check_models(source, built.tree, kNativeInterfaceModule,
                [&models](const lys_module* module) { return models.is_further(module); });

@@ -107,7 +107,7 @@ void TreeBuilder::build_children(lyd_node* parent, Operation outer, const Elemen
   Seen seen;
   const Position at{parent, outer, seen};
   for (const Element* child = element.first; child != nullptr; child = child->next) {
-    if (child->foreign != nullptr) {
+    if (child->foreign != nullptr && foreign_ != nullptr) {
       build_foreign(at, *child);
       continue;
     }

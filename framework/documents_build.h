@@ -66,7 +66,7 @@ class TreeBuilder {
   TreeBuilder(ly_ctx* models, const Source& source, Purpose purpose, EditDocument& result)
       : resolver_(models, source), purpose_(purpose), result_(result) {}
 
-  // Foreign subtrees go there; without a place for them there must be none.
+  // Foreign subtrees go there; without a place for them they are unknown.
   void keep_foreign(std::vector<ForeignSubtree>& foreign) { foreign_ = &foreign; }
 
   // Builds the children of `content` as top-level data. For purposes other than `state`, throws Refused.

@@ -206,6 +206,19 @@ TEST_F(FurtherModels, AreKeptAndPrintedLikeTheNativeOnes) {
   EXPECT_EQ(read.out, run({"read", "--running", file, "--quiet"}).out);
 }
 
+// A root that holds nothing known any more is one of two roots still.
+TEST_F(FurtherModels, StandBesideWhatIsForeign) {
+  const std::string file = folder.file(
+      "running.xml", "<data>" + running(entry("Ethernet0/0/1", "") + "<a xmlns=\"urn:a\"/>") +
+                         "<hosts xmlns=\"http://example.net/ns/ip\"><host><name>here</name></host></hosts></data>");
+  const std::string after = folder.path("after.xml");
+  EXPECT_EQ(run_with({"apply", "-", "--running", file, "-o", after}, delete_interface()).exit_code, 0);
+  EXPECT_NE(contents(after).find("<a xmlns=\"urn:a\"/>"), std::string::npos) << contents(after);
+  const Outcome again = run_with({"read", "--running", after}, "");
+  EXPECT_EQ(again.exit_code, 0) << again;
+  EXPECT_EQ(again.err, carried(after, kOne, "urn:a"));
+}
+
 TEST_F(FurtherModels, AreValidated) {
   const Outcome value = run_with({"read", "--running", "-"}, device("100", "much too long"));
   EXPECT_EQ(value.exit_code, 3) << value;

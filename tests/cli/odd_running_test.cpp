@@ -93,8 +93,11 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Documents, OddRunnings,
     testing::Values(
+        OddRunning{"OfAnotherModel", "<foo xmlns=\"urn:foo\"/>", 3, "",
+                   "ocvlan: standard input: line 1: 'foo' is in the namespace \"urn:foo\", which no loaded model has "
+                   "(/foo)\n"},
         OddRunning{
-            "OfAnotherModel", "<foo xmlns=\"urn:foo\"/>", 0, "{}",
+            "OfNothingButOtherModels", "<data><foo xmlns=\"urn:foo\"/></data>", 0, "{}",
             "warning: standard input: 1 subtree of models that are not loaded is carried along unread (urn:foo)\n"},
         OddRunning{"OfOpenConfig", interface(""), 3, "",
                    "ocvlan: standard input: 'openconfig-interfaces:interfaces' is not of the model "

@@ -111,6 +111,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "line 2: Premature end of data in tag interface-configurations line 2"},
         BadData{"OpenConfig", "<interfaces xmlns='http://openconfig.net/yang/interfaces'/>",
                 "'openconfig-interfaces:interfaces' is not of the model Vexnet-OS-interface-cfg"},
+        BadData{"UnknownModel", "<routers xmlns='urn:r'/>",
+                "line 1: 'routers' is in the namespace \"urn:r\", which no loaded model has (/routers)"},
         BadData{"UnknownInALoadedModel", "<routers xmlns='http://vexnet.com/ns/yang/Vexnet-OS-interface-cfg'/>",
                 "line 1: 'routers' is not known in the model Vexnet-OS-interface-cfg; allowed: "
                 "interface-configurations (/Vexnet-OS-interface-cfg:routers)"},
