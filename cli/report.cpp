@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "framework/verify.h"
 #include "yfw/yfw_map.h"
 
 namespace ocvlan {
@@ -134,10 +135,6 @@ std::string json_error(const yfw::RpcError& error) {
   return text + "\n      }\n    ]\n  }\n}\n";
 }
 
-std::string value_or_nothing(const std::string& value) {
-  return value.empty() ? "nothing" : one_line(value);
-}
-
 }  // namespace
 
 std::string one_line(const std::string& text) {
@@ -168,8 +165,10 @@ std::string verify_report(const std::vector<yfw::Difference>& differences) {
       fmt::format("verify: {} not read back as asked\n",
                   differences.size() == 1 ? "1 leaf does" : fmt::format("{} leaves do", differences.size()));
   for (const yfw::Difference& difference : differences) {
-    report += fmt::format("  {}\n    asked:      {}\n    reads back: {}\n", one_line(difference.path),
-                          value_or_nothing(difference.asked), value_or_nothing(difference.found));
+    report +=
+        fmt::format("  {}\n    {:<12}{}\n    reads back: {}\n", one_line(difference.path),
+                    fmt::format("{}:", yfw::label_of(difference)), one_line(yfw::value_or_nothing(difference.asked)),
+                    one_line(yfw::value_or_nothing(difference.found)));
     if (!difference.advice.empty()) report += fmt::format("    why:        {}\n", one_line(difference.advice));
   }
   return report;

@@ -41,8 +41,8 @@ const lyd_node* check_claims(const Surroundings& around, MappedLeaves& leaves, E
 void check_one_form(const EditDocument& document);
 
 // Refuses values that are right one by one but not together: an entry twice in one request, a range whose low end is
-// above its high end. `resulting` is the configuration that will be there, or the request where nobody knows. Trunk
-// entries that overlap are told.
+// above its high end. `resulting` is the configuration that will be there, or the request's own tree where nobody
+// knows. Trunk entries that overlap are told, and actions that put on a tag without its id.
 void check_values(const EditDocument& document, const Data& resulting, std::vector<Warning>& warnings);
 
 // The operation of a node of an edit, inherited where it has none of its own.
@@ -66,8 +66,9 @@ Expected expect(const Surroundings& around, const EditDocument& document, const 
                 std::vector<Warning>& warnings);
 
 // Rewrites what container handlers of the plug-in see as a whole, and spreads operations on whole lists over entries.
-void rewrite_units(const Surroundings& around, EditDocument& document, const Data& before, const Data& expected,
-                   std::vector<Warning>& warnings);
+// Returns the paths of those that are merged into what does not read back whole.
+std::vector<std::string> rewrite_units(const Surroundings& around, EditDocument& document, const Data& before,
+                                       const Data& expected, std::vector<Warning>& warnings);
 void spread_lists(EditDocument& document, const Running* running);
 
 // Walks the edit and turns its output into a native edit.
