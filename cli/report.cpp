@@ -10,6 +10,7 @@
 
 #include "cli/message.h"
 #include "framework/utf8.h"
+#include "framework/verify.h"
 #include "yfw/yfw_map.h"
 
 namespace ocvlan {
@@ -150,10 +151,6 @@ std::string json_error(const yfw::RpcError& error) {
   return text + "\n      }\n    ]\n  }\n}\n";
 }
 
-std::string value_or_nothing(const std::string& value) {
-  return value.empty() ? "nothing" : value;
-}
-
 }  // namespace
 
 std::string refusal_line(const yfw::RpcError& error) {
@@ -179,8 +176,9 @@ std::vector<std::string> verify_report(const std::vector<yfw::Difference>& diffe
                   differences.size() == 1 ? "1 leaf does" : fmt::format("{} leaves do", differences.size()))};
   for (const yfw::Difference& difference : differences) {
     report.push_back("  " + difference.path);
-    report.push_back("    asked:      " + value_or_nothing(difference.asked));
-    report.push_back("    reads back: " + value_or_nothing(difference.found));
+    report.push_back(fmt::format("    {:<12}{}", fmt::format("{}:", yfw::label_of(difference)),
+                                 yfw::value_or_nothing(difference.asked)));
+    report.push_back("    reads back: " + yfw::value_or_nothing(difference.found));
     if (!difference.advice.empty()) report.push_back("    why:        " + difference.advice);
   }
   return report;

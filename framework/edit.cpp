@@ -330,8 +330,9 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   }
   const Expected expected = expect_told(around, document, before, unsaid, warnings);
   check_values(document, expected.data, warnings);
+  const Data asked = document.tree.clone();
   drop_idle(document.tree, document.default_operation);
-  rewrite_units(around, document, before, expected.data, warnings);
+  const std::vector<std::string> unread_units = rewrite_units(around, document, before, expected.data, warnings);
   spread_lists(document, around.running, warnings);
   prepared.result.native = translate(around, document, warnings);
   if (expected.deferred.has_value()) throw Refused(*expected.deferred);
@@ -356,7 +357,12 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   if (settings.verify == Verify::strict) refuse_unsaid_loss(prepared.result.unsaid, then, touched);
   prepared.candidate = then.take();
   prepared.result.gone = foreign.going(prepared.touched, prepared.candidate, warnings);
-  std::vector<Difference> found = differences(expected.data, after);
+  std::vector<Difference> found = differences(asked, document.default_operation,
+                                              {.running = *around.running,
+                                               .before = before,
+                                               .expected = expected.data,
+                                               .after = after,
+                                               .merged_into_unread = unread_units});
   refuse_lost_trunks(lost_trunk_entries(found), expected.data);
   if (settings.verify == Verify::strict && !found.empty()) throw Refused(refusal_of(found));
   if (settings.verify != Verify::off) prepared.result.differences = std::move(found);

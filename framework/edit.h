@@ -44,7 +44,8 @@ const lyd_node* check_claims(const Surroundings& around, MappedLeaves& leaves, E
 void check_one_form(const EditDocument& document);
 
 // Refuses values that are right one by one but not together: a range whose low end is above its high end. `resulting`
-// is the configuration that will be there, or the request where nobody knows. Trunk entries that overlap are told.
+// is the configuration that will be there, or the request's own tree where nobody knows. Trunk entries that overlap are
+// told, and actions that put on a tag without its id.
 void check_values(const EditDocument& document, const Data& resulting, std::vector<Warning>& warnings);
 
 // False when configuration that is asked for as it stands here would be refused by one of these checks.
@@ -81,8 +82,9 @@ Expected expect(const Surroundings& around, const EditDocument& document, const 
                 std::vector<Warning>& warnings);
 
 // Rewrites what container handlers of the plug-in see as a whole, and spreads operations on whole lists over entries.
-void rewrite_units(const Surroundings& around, EditDocument& document, const Data& before, const Data& expected,
-                   std::vector<Warning>& warnings);
+// Returns the paths of those that are merged into what does not read back whole.
+std::vector<std::string> rewrite_units(const Surroundings& around, EditDocument& document, const Data& before,
+                                       const Data& expected, std::vector<Warning>& warnings);
 void spread_lists(EditDocument& document, const Running* running, std::vector<Warning>& warnings);
 
 // Completes a native edit, `candidate` being what it makes of the entries: of an entry that the document replaces, only

@@ -98,6 +98,10 @@ RpcError validation_error(const ly_ctx* models) {
   const std::string_view leaf = std::string_view(error.path).substr(error.path.rfind('/') + 1);
   const std::string_view name = leaf.substr(leaf.find(':') + 1);
   error.bad_element = name.substr(0, name.find('['));
+  if (is_condition && error.bad_element == "aggregation") {
+    error.message = "'aggregation' is of bundles, and this interface is none: ask for its VLANs below 'ethernet'";
+    return error;
+  }
   if (!error.bad_element.empty()) error.message = fmt::format("'{}': {}", error.bad_element, error.message);
   return error;
 }

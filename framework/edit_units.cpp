@@ -146,6 +146,8 @@ class Rewriter {
     for (const Unit& unit : units) rewrite(unit);
   }
 
+  const std::vector<std::string>& merged_into_unread() const { return merged_into_unread_; }
+
  private:
   void rewrite(const Unit& unit) {
     for (const lyd_node* const instance : unit.instances) {
@@ -240,6 +242,7 @@ class Rewriter {
       warnings_.push_back({unit.path, fmt::format("merged into what does not read back whole ({}), of which something "
                                                   "may stay; operation replace takes the place of all of it",
                                                   native)});
+      merged_into_unread_.push_back(unit.path);
       return;
     }
     throw Refused({.tag = "operation-failed",
@@ -280,6 +283,7 @@ class Rewriter {
   const Data& before_;
   const Data& expected_;
   std::vector<Warning>& warnings_;
+  std::vector<std::string> merged_into_unread_;
 };
 
 }  // namespace
@@ -290,9 +294,11 @@ bool is_unit(const lyd_node* node) {
   return named(parent, "vlan") && (named(node, "match") || named(node, "ingress-mapping"));
 }
 
-void rewrite_units(const Surroundings& around, EditDocument& document, const Data& before, const Data& expected,
-                   std::vector<Warning>& warnings) {
-  Rewriter(around, document, before, expected, warnings).run();
+std::vector<std::string> rewrite_units(const Surroundings& around, EditDocument& document, const Data& before,
+                                       const Data& expected, std::vector<Warning>& warnings) {
+  Rewriter rewriter(around, document, before, expected, warnings);
+  rewriter.run();
+  return rewriter.merged_into_unread();
 }
 
 namespace {

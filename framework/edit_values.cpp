@@ -1,4 +1,4 @@
-// Values that are right one by one and wrong together: ranges upside down, overlapping trunks.
+// Values that are right one by one and wrong together: ranges upside down, overlapping trunks, tags without an id.
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -61,6 +61,7 @@ class Check {
     if (node->schema == nullptr || is_term(node->schema) || removes(own)) return;
     for (const Bounds& bounds : kBounds) check_bounds(node, bounds);
     check_trunks(node, own);
+    check_tag(node, own);
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child(node), child) {
       check(child, own);
@@ -112,6 +113,31 @@ class Check {
       warnings_.push_back({path_of(entries[i].second), fmt::format("overlaps with {}, both are kept as they are",
                                                                    lyd_get_value(entries[i - 1].second))});
     }
+  }
+
+  static bool says(const lyd_node* config, const char* leaf) {
+    const lyd_node* const child = child_named(config, leaf);
+    return child != nullptr && !removes(operation_of(child, Operation::merge));
+  }
+
+  // The actions that put on a tag, without the id of one.
+  void check_tag(const lyd_node* config, Operation own) {
+    if (!named(config, "config") || !named(lyd_parent(config), "ingress-mapping")) return;
+    bool changes = false;
+    const lyd_node* child = nullptr;
+    LY_LIST_FOR(lyd_child(config), child) {
+      changes = changes || operation_of(child, own) != Operation::none;
+    }
+    const lyd_node* const there = changes ? resulting(config) : nullptr;
+    if (there == nullptr || says(there, "vlan-id") || !says(there, "vlan-stack-action")) return;
+    const lyd_node* const leaf = child_named(there, "vlan-stack-action");
+    const std::string_view value = lyd_get_value(leaf);
+    const std::string_view action = value.substr(value.find(':') + 1);
+    if (action != "PUSH" && action != "SWAP") return;
+    warnings_.push_back(
+        {path_of(leaf), fmt::format("{} without 'vlan-id': no id of the tag to put on is written natively, and none "
+                                    "reads back unless the device holds one already",
+                                    action)});
   }
 
   const Data* resulting_;

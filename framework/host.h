@@ -50,12 +50,13 @@ struct HostOptions {
   std::function<void(const TraceLine&)> trace = {};
 };
 
-// A leaf whose value after the edit is not the one asked for.
+// A leaf whose value after the edit is not the one that should be there.
 struct Difference {
-  std::string path;    // OpenConfig instance path
-  std::string asked;   // value text, empty for none
-  std::string found;   // value text, empty for none
-  std::string advice;  // the known exception that it is and what to ask for instead; empty when unknown
+  std::string path;         // OpenConfig instance path
+  std::string asked = {};   // the value that should be there, empty for none
+  std::string found = {};   // the value that reads back, empty for none
+  std::string advice = {};  // the known exception that it is and what to ask for instead; empty when unknown
+  bool is_asked = true;     // the request says something of the leaf; otherwise only the rest of the configuration does
 };
 
 // A native leaf or presence container that the OpenConfig reading of its entry does not say: writing the reading back,

@@ -18,37 +18,12 @@ namespace {
 
 constexpr char kTrunkEntries[] = "switched-vlan/config/trunk-vlans[";
 
-// A translation that is known to lose something, by a part of the path of the leaf that was asked for.
-struct Exception {
-  std::string_view part;
-  const char* advice;
-};
-
-constexpr std::array<Exception, 14> kExceptions{{
-    {"/single-tagged/", "half a range reads back as single-tagged; ask for both ids"},
-    {"/single-tagged-list/", "a list of one id reads back as half a range; ask for single-tagged instead"},
-    {"/single-tagged-range/",
-     "a range reads back only with both ids, and a list of one id as half a range; ask for single-tagged instead"},
-    {"/double-tagged-inner-list/", "an inner list of one id reads back as double-tagged; ask for that instead"},
-    {"/double-tagged-outer-list/", "an outer list of one id reads back as double-tagged; ask for that instead"},
-    {"/double-tagged-inner-range/", "an inner range reads back only with one outer id and both inner ids"},
-    {"/double-tagged-outer-range/", "an outer range reads back only with both outer ids and the inner id"},
-    {"/double-tagged/", "a double tag reads back only with both ids, and a list or half a range as one"},
-    {"/ingress-mapping/config/", "a tag's type and id read back only with the actions PUSH and SWAP"},
-    {"switched-vlan/config/interface-mode", "mode TRUNK reads back only where trunk-vlans are set"},
-    {"switched-vlan/config/access-vlan",
-     "an access VLAN that is there natively reads back as soon as the mode is ACCESS"},
-    {"switched-vlan/config/native-vlan", "native-vlan reads back only where trunk-vlans are set"},
-    {"switched-vlan/config/trunk-vlans", "trunk entries read back only as far as the native text holds them"},
-    {"openconfig-vlan:vlan/config/vlan-id",
-     "a routed VLAN of one id has at most four digits, of two ids at most nine characters"},
-}};
-
-const char* advice_for(std::string_view path) {
-  const auto* const known = std::find_if(kExceptions.begin(), kExceptions.end(), [path](const Exception& exception) {
-    return path.find(exception.part) != std::string_view::npos;
-  });
-  return known == kExceptions.end() ? "" : known->advice;
+// The name of the node at the end of an instance path.
+std::string_view last_name(std::string_view path) {
+  // Only the entry of a leaf-list has a predicate there, and its value holds no slash.
+  const std::string_view step = path.substr(path.rfind('/') + 1);
+  const std::string_view name = step.substr(step.find(':') + 1);
+  return name.substr(0, name.find('['));
 }
 
 // Leaves that the framework answers by itself say nothing about the translation. Neither do names of interfaces: an
@@ -70,7 +45,30 @@ void collect_lost(const lyd_node* node, Operation outer, const Data& after, std:
   if (path.find(kTrunkEntries) == std::string::npos) return;
   lyd_node* found = nullptr;
   if (!after.empty() && lyd_find_path(after.get(), path.c_str(), 0, &found) == LY_SUCCESS) return;
-  lost.push_back({path, lyd_get_value(node), "", advice_for(path)});
+  lost.push_back({.path = path, .asked = lyd_get_value(node)});
+}
+
+bool takes_the_place(Operation operation) {
+  return removes(operation) || operation == Operation::replace;
+}
+
+// True when the request says something of the leaf: names it, or what it stands in as something to go or be replaced.
+bool names(const Data& request, Operation default_operation, const std::string& path) {
+  lyd_node* node = nullptr;
+  if (request.empty()) return false;
+  const LY_ERR result = lyd_find_path(request.get(), path.c_str(), 0, &node);
+  if (result == LY_SUCCESS) return effective_operation(node, default_operation) != Operation::none;
+  if (takes_the_place(default_operation)) return true;
+  if (result != LY_EINCOMPLETE) return false;
+  // A leaf to be removed may stand there without a value, which no path finds.
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (child->schema == nullptr && last_name(path) == LYD_NAME(child)) return true;
+  }
+  for (const lyd_node* each = node; each != nullptr; each = lyd_parent(each)) {
+    if (takes_the_place(operation_of(each, Operation::none))) return true;
+  }
+  return false;
 }
 
 // The entries of the leaf-list of which one is at the path, without those that go.
@@ -112,11 +110,14 @@ std::string way_out(const std::vector<std::string>& entries) {
 
 }  // namespace
 
-std::vector<Difference> differences(const Data& expected, const Data& after) {
+std::vector<Difference> differences(const Data& request, Operation default_operation, const Outcome& outcome) {
   std::vector<Difference> found;
-  for (const Delta& delta : compare(expected, after)) {
+  for (const Delta& delta : compare(outcome.expected, outcome.after)) {
     if (is_answered(delta.path)) continue;
-    found.push_back({delta.path, delta.before, delta.after, advice_for(delta.path)});
+    Difference difference{.path = delta.path, .asked = delta.before, .found = delta.after};
+    difference.is_asked = names(request, default_operation, delta.path);
+    difference.advice = cause_of(outcome, difference);
+    found.push_back(std::move(difference));
   }
   return found;
 }
@@ -153,19 +154,22 @@ void refuse_lost_trunks(const std::vector<Difference>& lost, const Data& asked) 
   }
 }
 
+std::string_view label_of(const Difference& difference) {
+  return difference.is_asked ? "asked" : "expected";
+}
+
+std::string value_or_nothing(const std::string& value) {
+  return value.empty() ? "nothing" : value;
+}
+
 RpcError refusal_of(const std::vector<Difference>& found) {
   const Difference& first = found.front();
-  const std::string_view path = first.path;
-  const std::string_view leaf = path.substr(path.rfind('/') + 1);
-  std::string message = fmt::format("'{}' reads back differently: asked \"{}\", found \"{}\"",
-                                    leaf.substr(leaf.find(':') + 1), first.asked, first.found);
-  if (!first.advice.empty()) message += fmt::format(" ({})", first.advice);
-  if (found.size() > 1) message += fmt::format("; {} more differences", found.size() - 1);
-  const std::string_view name = leaf.substr(leaf.find(':') + 1);
-  return {.tag = "operation-failed",
-          .path = first.path,
-          .message = message,
-          .bad_element = std::string(name.substr(0, name.find('[')))};
+  const std::string name(last_name(first.path));
+  std::string message = fmt::format("'{}' does not read back as asked: {} {}, reads back {}", name, label_of(first),
+                                    value_or_nothing(first.asked), value_or_nothing(first.found));
+  if (!first.advice.empty()) message += fmt::format(", why: {}", first.advice);
+  if (found.size() > 1) message += fmt::format("; {} more", found.size() - 1);
+  return {.tag = "operation-failed", .path = first.path, .message = message, .bad_element = name};
 }
 
 }  // namespace yfw

@@ -2,15 +2,24 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "framework/causes.h"
 #include "framework/documents.h"
 #include "framework/host.h"
 
 namespace yfw {
 
-// The leaves in which `after` is not what was expected, each with the known exception that it is.
-std::vector<Difference> differences(const Data& expected, const Data& after);
+// The leaves in which what reads back is not what was expected, each with what is known about it. `request` is the edit
+// as it was asked for.
+std::vector<Difference> differences(const Data& request, Operation default_operation, const Outcome& outcome);
+
+// How reports and refusals call what should have read back: "asked" of a leaf that the request names, and "expected".
+std::string_view label_of(const Difference& difference);
+
+// A value as reports and refusals show it.
+std::string value_or_nothing(const std::string& value);
 
 // Trunk entries that were asked for and do not read back.
 std::vector<Difference> lost_trunk_entries(const std::vector<Difference>& found);

@@ -103,4 +103,12 @@ inline std::string running_with_vlan(const std::string& vlan_id) {
                  entry("Ethernet0/0/1.100", encapsulation("<outer-range1-low>" + vlan_id + "</outer-range1-low>")));
 }
 
+// The same, with these leaves of a rewrite.
+inline std::string running_with_rewrite(const std::string& leaves) {
+  return running(entry("Ethernet0/0/1.100",
+                       "<l2-transport/><ethernet-service "
+                       "xmlns=\"http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-cfg\"><rewrite>" +
+                           leaves + "</rewrite></ethernet-service>"));
+}
+
 }  // namespace cli_test

@@ -13,6 +13,7 @@ struct Exception {
   bool (*applies)(const Config& leaves);  // by their path below the unit
   const char* happens;                    // what is to be seen
   const char* instead;                    // what to ask for
+  const char* told;                       // how it is reported
   Config example;                         // leaves of the unit
 };
 
