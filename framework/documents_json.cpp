@@ -1,7 +1,6 @@
 // JSON as it comes from outside (RFC 8259), with the names of RFC 7951 and the annotations of RFC 7952.
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <charconv>
 #include <string>
 #include <vector>
@@ -311,8 +310,8 @@ class JsonReader {
         return;
       }
       // Who knows where the member stands refuses it.
-      const bool is_repeated = std::any_of(members.begin(), members.end(),
-                                           [&](const Member& other) { return other.name == name && other.ns == ns; });
+      bool is_repeated = false;
+      for (const Member& other : members) is_repeated = is_repeated || (other.name == name && other.ns == ns);
       if (members.size() == kMostMembers) fail(fmt::format("an object has more than {} members", kMostMembers));
       Member member{ns, name, nullptr};
       if (foreign) {

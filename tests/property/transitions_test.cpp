@@ -311,7 +311,7 @@ class Emptying : public testing::TestWithParam<Stand> {
     const Stand& stand = GetParam();
     const std::string unit = unit_path_of(stand);
     Config whole;
-    for (const auto& [leaf, values] : from.leaves) whole[unit + "/" + leaf] = values;
+    for (const auto& [leaf, values] : from.leaves) whole[std::string(unit).append("/").append(leaf)] = values;
     const bool holds = exists(whole, emptied.path);
     const bool has_inside = nothing != Nothing::deleted_inside || emptied.config != emptied.path;
     const bool deletes = (nothing == Nothing::deleted_leaves || nothing == Nothing::deleted_inside) && has_inside;
@@ -328,12 +328,15 @@ class Emptying : public testing::TestWithParam<Stand> {
     request.shape = shape;
     const std::string text = to_text(request);
     std::string told;
+    const auto tell = [&told](const std::string& path, const std::string& message) {
+      told.append(path).append(": ").append(message).append("\n");
+    };
     bool refused = false;
     try {
       const yfw::EditResult result =
           host.apply({.text = text, .format = shape == Shape::json ? yfw::Format::json : yfw::Format::xml});
-      for (const yfw::Warning& each : result.warnings) told += each.path + ": " + each.message + "\n";
-      for (const yfw::Difference& each : result.differences) told += each.path + " differs\n";
+      for (const yfw::Warning& each : result.warnings) tell(each.path, each.message);
+      for (const yfw::Difference& each : result.differences) tell(each.path, "differs");
       if (!holds && !result.native.empty()) told += result.native.print(yfw::Format::xml);
     } catch (const yfw::Refused& refusal) {
       refused = true;
