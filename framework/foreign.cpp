@@ -168,6 +168,7 @@ void ForeignSubtrees::follow(const std::unordered_map<std::string_view, const ly
 
 Warning warning_of(const std::vector<ForeignSubtree>& subtrees, const std::string& document) {
   std::vector<const ForeignSubtree*> pointers;
+  pointers.reserve(subtrees.size());
   for (const ForeignSubtree& each : subtrees) pointers.push_back(&each);
   return {"", fmt::format(
                   "{}: {}", document,

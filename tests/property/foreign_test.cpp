@@ -1,5 +1,6 @@
 // Made-up subtrees of models that nobody has, strewn over made-up devices: every edit does to the rest what it does
 // without them, and leaves each of them where it is, unless it takes the entry around it away and says so.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <map>
@@ -175,13 +176,13 @@ class Foreign : public testing::Test {
       const Plain wanted = apply(plain, request, ignored);
       const Plain got = apply(host, request, result);
       if (got.refusal != wanted.refusal || got.after != wanted.after) {
-        return "another outcome: " + wanted.refusal + "\n" + wanted.after + got.refusal + "\n" + got.after;
+        return fmt::format("another outcome: {}\n{}{}\n{}", wanted.refusal, wanted.after, got.refusal, got.after);
       }
       const std::string printed = host.print_running(yfw::Format::xml);
       const std::map<std::string, Stand> after = strewn_in(printed);
       std::string problem = compare(before, after, got.after, result);
       if (problem.empty()) problem = read_again(printed, got.after);
-      if (!problem.empty()) return problem + "\n" + to_text(request) + printed;
+      if (!problem.empty()) return fmt::format("{}\n{}{}", problem, to_text(request), printed);
       kept_ += after.size();
       gone_ += before.size() - after.size();
       before = after;
@@ -203,8 +204,8 @@ class Foreign : public testing::Test {
       if (stays && now == after.end()) return "lost: " + text;
       if (stays && now->second.place != stand.place) return "moved to " + now->second.place + ": " + text;
       for (const std::string& each : taken) {
-        if (stays && (stand.place + "/").starts_with(each + "/"))
-          return "taken away on a device, by " + each + ": " + text;
+        const bool is_inside = stand.place == each || stand.place.starts_with(fmt::format("{}/", each));
+        if (stays && is_inside) return fmt::format("taken away on a device, by {}: {}", each, text);
       }
       if (!stays && !tells_of(result.warnings, stand.entry)) return "goes in silence: " + text;
     }
