@@ -330,7 +330,7 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   }
   const Expected expected = expect_told(around, document, before, unsaid, warnings);
   check_values(document, expected.data, warnings);
-  const Data asked = document.tree.clone();
+  const Data asked = document.tree.clone();  // as it is before it is rewritten
   drop_idle(document.tree, document.default_operation);
   const std::vector<std::string> unread_units = rewrite_units(around, document, before, expected.data, warnings);
   spread_lists(document, around.running, warnings);
