@@ -281,8 +281,9 @@ std::optional<bool> Session::is_l2_interface(std::string_view mangled_name) {
   if (entry != nullptr) return is_l2(entry);
   if (around_.layer == Layer::l2) return true;
   if (around_.layer == Layer::l3) return false;
-  const bool told = std::find(taken_as_l3_.begin(), taken_as_l3_.end(), native_name_) != taken_as_l3_.end();
-  if (is_current && !told && state_.implicit_walk != 1) taken_as_l3_.push_back(native_name_);
+  if (is_current && state_.implicit_walk != 1 && told_.insert(native_name_).second) {
+    taken_as_l3_.push_back(native_name_);
+  }
   return std::nullopt;
 }
 

@@ -142,6 +142,7 @@ class Session {
   bool misused_memory_ = false;
   uint32_t trace_index_ = 0;
   std::vector<std::string> taken_as_l3_;
+  std::unordered_set<std::string> told_;  // the same names
   std::vector<Warning> warnings_;
 };
 

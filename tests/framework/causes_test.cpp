@@ -120,9 +120,9 @@ std::vector<Told> told() {
       {"what belongs to L3 on L2",
        l2(identifier("<vlan-type>vlan-type-dot1ad</vlan-type><first-tag>1</first-tag><second-tag>2</second-tag>")),
        fmt::format("<interfaces xmlns=\"{}\" xmlns:nc=\"{}\"><interface><name>Ethernet0/0/1</name><subinterfaces>"
-                   "<subinterface nc:operation='replace'><index>100</index></subinterface></subinterfaces></interface>"
-                   "</interfaces>",
-                   kInterfacesNs, kNetconf),
+                   "<subinterface><index>100</index><vlan xmlns=\"{}\"><match nc:operation='remove'/></vlan>"
+                   "</subinterface></subinterfaces></interface></interfaces>",
+                   kInterfacesNs, kNetconf, kVlanNs),
        {"inner-vlan-id asked - found 2 " OTHER, "outer-vlan-id asked - found 1 " OTHER}},
       {"bound tags",
        running(entry("Ethernet0/0/1.100", "")),
