@@ -69,7 +69,7 @@ std::string tree_of_differences(const Side& before, const Side& after, const std
   }
   yfw::Data native_tree = yfw::native_difference_tree(before.view(), after.view(), native);
   if (!native_tree.empty()) lyd_insert_sibling(tree.get(), native_tree.release(), tree.out());
-  return tree.print(format);
+  return tree.shown() > 1 ? tree.print_document(format) : tree.print(format);
 }
 
 std::string compare_configurations(Session& session) {

@@ -10,6 +10,7 @@
 
 #include "framework/edit.h"
 #include "framework/edit_config.h"
+#include "framework/unsaid.h"
 #include "framework/trunk_text.h"
 
 namespace yfw {
@@ -79,6 +80,30 @@ bool is_trunk_read_whole(const Delta& text, const lyd_node* config, const lyd_no
   }
   const lyd_node* const leaf = find_below(native, "trunk-vla-ns");
   return leaf != nullptr && canonical_text(leaf) == native_trunk_text(entries);
+}
+
+// The same natively, of the models that the mapping covers.
+bool has_covered_leaves(const lyd_node* node) {
+  if (node == nullptr || !is_covered(node->schema)) return false;
+  if (is_term(node->schema)) return true;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (has_covered_leaves(child)) return true;
+  }
+  return false;
+}
+
+void drop_uncovered(lyd_node* node) {
+  lyd_node* child = lyd_child(node);
+  while (child != nullptr) {
+    lyd_node* const next = child->next;
+    if (is_covered(child->schema)) {
+      drop_uncovered(child);
+    } else {
+      lyd_free_tree(child);
+    }
+    child = next;
+  }
 }
 
 bool names_leaf_list(const lyd_node* node) {
@@ -213,7 +238,7 @@ class Rewriter {
     if (entry == nullptr) return containers;
     for (const std::string_view name : natives_of(unit)) {
       const lyd_node* const container = find_below(entry, name);
-      if (has_leaves(container)) containers.push_back(container);
+      if (has_covered_leaves(container)) containers.push_back(container);
     }
     return containers;
   }
@@ -227,7 +252,9 @@ class Rewriter {
     for (const lyd_node* const native : natives) {
       const lyd_node* const written = entry == nullptr ? nullptr : find_below(entry, LYD_NAME(native));
       if (written == nullptr) return native;
-      std::vector<Delta> lost = compare(alone(native), alone(written));
+      const Data there = alone(native);
+      drop_uncovered(there.get());
+      std::vector<Delta> lost = compare(there, alone(written));
       std::erase_if(lost, [&before, &native](const Delta& each) { return is_trunk_read_whole(each, before, native); });
       if (!lost.empty()) return native;
     }

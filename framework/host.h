@@ -85,7 +85,8 @@ struct EditResult {
   Data native;  // the native edit, with operations, ready to print
   std::vector<Warning> warnings;
   std::vector<Difference> differences;  // empty without a running configuration or with Verify::off
-  std::vector<Unsaid> unsaid;           // of the entries that the edit touches, as they were before it
+  // Of the entries that the edit touches, as they were before it; what it takes of other loaded models is among them.
+  std::vector<Unsaid> unsaid;
   std::vector<Foreign> gone;            // subtrees of models that are not loaded that go with what holds them
 };
 

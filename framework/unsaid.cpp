@@ -200,7 +200,7 @@ class Comparison {
   void run(const lyd_node* reading) {
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child_no_keys(verdict_.entry), child) {
-      if (is_covered(child->schema)) compare(child, {});
+      compare(child, {});
     }
     for (const WrittenLeaf& leaf : written_) {
       if (!leaf.matched) misread(leaf.schema, reading);
@@ -217,11 +217,15 @@ class Comparison {
     }
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child(node), child) {
-      if (is_covered(child->schema)) compare(child, inside);
+      compare(child, inside);
     }
   }
 
   void compare_leaf(const lyd_node* leaf, const std::string& within) {
+    if (!is_covered(leaf->schema)) {
+      verdict_.beside.push_back(leaf);
+      return;
+    }
     const auto made = std::find_if(written_.begin(), written_.end(), [&](const WrittenLeaf& each) {
       return each.schema == leaf->schema && each.within == within;
     });
@@ -340,19 +344,21 @@ std::vector<EntryVerdict> judge_reading(const Surroundings& around, const std::v
   bare.trace = nullptr;
   const auto readings = readings_by_entry(*around.running, reading);
   for (const lyd_node* const entry : entries) {
-    EntryVerdict verdict{entry, {}, {}};
+    EntryVerdict verdict{entry, {}, {}, {}};
     const auto found = readings.find(entry);
     const lyd_node* const read = found == readings.end() ? nullptr : found->second;
     Written written;
     if (read != nullptr) written = WritingBack(bare, entry, read).run();
     Comparison(scope, verdict, written).run(read);
-    if (!verdict.all_said()) verdicts.push_back(std::move(verdict));
+    if (!verdict.all_said() || !verdict.beside.empty()) verdicts.push_back(std::move(verdict));
   }
   return verdicts;
 }
 
 void report_unsaid(const std::vector<EntryVerdict>& verdicts, ReadResult& result) {
   for (const EntryVerdict& verdict : verdicts) {
+    // What the mapping does not cover nobody expects to read.
+    if (verdict.all_said()) continue;
     const std::string name(entry_name(verdict.entry));
     std::string settings;
     for (const lyd_node* const leaf : verdict.unsaid) {
@@ -371,6 +377,17 @@ void report_unsaid(const std::vector<EntryVerdict>& verdicts, ReadResult& result
   }
 }
 
+namespace {
+
+// Whether a leaf of an entry is in the entry as it will be (null: gone), with the same value.
+bool stays(const lyd_node* after, const lyd_node* leaf, const std::string& path) {
+  lyd_node* kept = nullptr;
+  const bool there = after != nullptr && lyd_find_path(after, path.c_str(), 0, &kept) == LY_SUCCESS;
+  return there && value_of(kept) == value_of(leaf);
+}
+
+}  // namespace
+
 void report_unsaid(const std::vector<EntryVerdict>& verdicts, const Running& candidate, const Touched& touched,
                    EditResult& result) {
   for (const EntryVerdict& verdict : verdicts) {
@@ -378,16 +395,16 @@ void report_unsaid(const std::vector<EntryVerdict>& verdicts, const Running& can
     const lyd_node* const after = candidate.entry(name);
     std::string staying;
     std::string going;
-    for (const lyd_node* const leaf : verdict.unsaid) {
+    const auto record = [&](const lyd_node* leaf, bool if_it_stays) {
       std::string path = path_of(leaf);
-      lyd_node* kept = nullptr;
-      const bool there = after != nullptr && lyd_find_path(after, path.c_str(), 0, &kept) == LY_SUCCESS;
-      const bool stays = there && value_of(kept) == value_of(leaf);
-      if (stays && touched.bystanders.contains(name)) continue;
-      if (!is_named_by_others(leaf)) append(stays ? staying : going, ", ", setting(verdict.entry, leaf));
-      result.unsaid.push_back({name, std::move(path), value_of(leaf), stays ? Unsaid::Fate::stays : Unsaid::Fate::goes,
+      const bool kept = stays(after, leaf, path);
+      if (kept && !if_it_stays) return;
+      if (!is_named_by_others(leaf)) append(kept ? staying : going, ", ", setting(verdict.entry, leaf));
+      result.unsaid.push_back({name, std::move(path), value_of(leaf), kept ? Unsaid::Fate::stays : Unsaid::Fate::goes,
                                misread_as(verdict, leaf)});
-    }
+    };
+    for (const lyd_node* const leaf : verdict.unsaid) record(leaf, !touched.bystanders.contains(name));
+    for (const lyd_node* const leaf : verdict.beside) record(leaf, false);
     const std::string entry = path_of(verdict.entry);
     if (!going.empty()) {
       result.warnings.push_back({entry, fmt::format("goes, and OpenConfig does not say it: {}", going), true});

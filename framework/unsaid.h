@@ -23,6 +23,7 @@ struct EntryVerdict {
   };
   const lyd_node* entry;
   std::vector<const lyd_node*> unsaid;  // leaves and presence containers, in document order
+  std::vector<const lyd_node*> beside;  // leaves of models that the mapping does not cover
   std::vector<Misread> misread;
 
   bool all_said() const { return unsaid.empty() && misread.empty(); }
