@@ -65,6 +65,9 @@ void mark_wanted(lyd_node* node);
 // The instance path of a node, opaque ones included: /module:node/node[key='value'].
 std::string path_of(const lyd_node* node);
 
+// The value of a list entry's key. Throws Refused where there is none, which no walk and no document leaves behind.
+const char* key_value(const lyd_node* entry);
+
 // One predicate of an instance path: [name='value'], with the other quotes where the value needs them.
 std::string predicate(std::string_view name, std::string_view value);
 

@@ -110,14 +110,14 @@ std::vector<std::string> touched_entries(const EditDocument& document, const Run
     }
     const lyd_node* interface = nullptr;
     LY_LIST_FOR(lyd_child(top), interface) {
-      const std::string name = lyd_get_value(lyd_child(interface));
+      const std::string name = key_value(interface);
       const Operation own = operation_of(interface, outer);
       const lyd_node* const list = child_named(interface, "subinterfaces");
       touch_interface(name);
       if (is_whole(own) || (list != nullptr && is_whole(operation_of(list, own)))) touch_all_of(name);
       const lyd_node* sub = nullptr;
       LY_LIST_FOR(list == nullptr ? nullptr : lyd_child(list), sub) {
-        touch(join_interface_name(name, lyd_get_value(lyd_child(sub))));
+        touch(join_interface_name(name, key_value(sub)));
       }
     }
   }
@@ -134,6 +134,8 @@ Data read_back(const Surroundings& around, const Running& running, const std::ve
   Surroundings silent = around;
   silent.running = &running;
   Data data = read_entries(silent, entries, FetchSet(), nullptr, warnings);
+  // A key is valid only where its entry answers it.
+  complete(data);
   make_valid(around.models, data, warnings);
   return data;
 }

@@ -3,6 +3,7 @@
 
 #include <libyang/libyang.h>
 
+#include "framework/documents.h"
 #include "framework/filter.h"
 
 namespace yfw {
@@ -53,7 +54,7 @@ const lyd_node* child_named(const lyd_node* parent, std::string_view name) {
 }
 
 std::string_view entry_name(const lyd_node* entry) {
-  return lyd_get_value(lyd_child(entry));
+  return key_value(entry);
 }
 
 bool is_l2(const lyd_node* entry) {
