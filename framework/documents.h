@@ -81,6 +81,9 @@ std::string path_of(const lyd_node* node);
 // The name of the leaf at the end of an instance path, without module and predicate.
 std::string leaf_name(std::string_view path);
 
+// The value of a list entry's key. Throws Refused where there is none, which no walk and no document leaves behind.
+const char* key_value(const lyd_node* entry);
+
 // One predicate of an instance path: [name='value'], with the other quotes where the value needs them.
 std::string predicate(std::string_view name, std::string_view value);
 

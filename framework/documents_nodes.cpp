@@ -121,6 +121,15 @@ void mark_wanted(lyd_node* node) {
   for (; node != nullptr; node = lyd_parent(node)) node->flags &= ~uint32_t{LYD_DEFAULT};
 }
 
+const char* key_value(const lyd_node* entry) {
+  const lyd_node* const key = lyd_child(entry);
+  if (key != nullptr && key->schema != nullptr && lysc_is_key(key->schema)) return lyd_get_value(key);
+  throw Refused({.tag = "operation-failed",
+                 .path = path_of(entry),
+                 .message = fmt::format("an entry of '{}' has no key", LYD_NAME(entry)),
+                 .bad_element = LYD_NAME(entry)});
+}
+
 std::string path_of(const lyd_node* node) {
   if (node == nullptr) return {};
   std::vector<const lyd_node*> steps;

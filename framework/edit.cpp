@@ -158,7 +158,7 @@ Touched touched_entries(const EditDocument& document, const Running& running) {
     }
     const lyd_node* interface = nullptr;
     LY_LIST_FOR(lyd_child(top), interface) {
-      const std::string name = lyd_get_value(lyd_child(interface));
+      const std::string name = key_value(interface);
       const Operation own = operation_of(interface, outer);
       const lyd_node* const list = child_named(interface, "subinterfaces");
       const bool replaced = outer == Operation::replace || own == Operation::replace;
@@ -170,7 +170,7 @@ Touched touched_entries(const EditDocument& document, const Running& running) {
       }
       const lyd_node* sub = nullptr;
       LY_LIST_FOR(list == nullptr ? nullptr : lyd_child(list), sub) {
-        const std::string sub_name = join_interface_name(name, lyd_get_value(lyd_child(sub)));
+        const std::string sub_name = join_interface_name(name, key_value(sub));
         touching.touch(sub_name);
         if (replaced || operation_of(list, own) == Operation::replace || replaces_below(sub)) {
           touching.replaces(sub_name);
@@ -186,6 +186,8 @@ Data read_back(const Surroundings& around, const Running& running, const std::ve
   Surroundings silent = around;
   silent.running = &running;
   Data data = read_entries(silent, running.entries_of(names), FetchSet(), nullptr, warnings);
+  // A key is valid only where its entry answers it.
+  complete(data);
   make_valid(around.models, data, warnings);
   return data;
 }

@@ -71,6 +71,9 @@ Touched touched_entries(const EditDocument& document, const Running& running);
 Data read_back(const Surroundings& around, const Running& running, const std::vector<std::string>& names,
                std::vector<Warning>& warnings);
 
+// Every interface answers its name and kind, and every sub-interface its index, whoever made it.
+void complete(Data& data);
+
 // What will be there: `before` changed as the edit says, a new form of match in place of the old one, and without
 // leaves whose condition no longer holds. A condition that only the plug-in can word better is left in `deferred`.
 struct Expected {

@@ -69,7 +69,7 @@ struct ClaimCheck {
     const lyd_node* const entry = &node->parent->parent->node;
     const bool is_type = named(schema, "type");
     if (!is_type && !named(schema, "name") && !named(schema, "index")) return;
-    const char* const key = lyd_get_value(lyd_child(entry));
+    const char* const key = key_value(entry);
     const std::string wanted = is_type ? type_of_interface(key) : key;
     std::string given = lyd_get_value(node);
     if (is_type) given = given.substr(given.find(':') + 1);

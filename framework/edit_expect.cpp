@@ -26,21 +26,24 @@ lyd_node* config_of(lyd_node* entry) {
   return config;
 }
 
-// Every interface answers its name and kind, whoever made it.
+}  // namespace
+
 void complete(Data& data) {
   lyd_node* entry = nullptr;
   LY_LIST_FOR(lyd_child(data.get()), entry) {
-    const std::string name = lyd_get_value(lyd_child(entry));
+    const std::string name = key_value(entry);
     lyd_node* const config = config_of(entry);
     add_if_missing(config, "name", name);
     add_if_missing(config, "type", fmt::format("iana-if-type:{}", type_of_interface(name)));
     lyd_node* const list = child_of(entry, "subinterfaces");
     lyd_node* sub = nullptr;
     LY_LIST_FOR(list == nullptr ? nullptr : lyd_child(list), sub) {
-      add_if_missing(config_of(sub), "index", lyd_get_value(lyd_child(sub)));
+      add_if_missing(config_of(sub), "index", key_value(sub));
     }
   }
 }
+
+namespace {
 
 // True when the request itself writes the leaf at this path.
 bool request_writes(const EditDocument& document, const std::string& path) {

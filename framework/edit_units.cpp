@@ -225,8 +225,8 @@ class Rewriter {
     std::string name;
     std::string index;
     for (const lyd_node* each = unit; each != nullptr; each = parent_of(each)) {
-      if (named(each, "interface")) name = lyd_get_value(lyd_child(each));
-      if (named(each, "subinterface")) index = lyd_get_value(lyd_child(each));
+      if (named(each, "interface")) name = key_value(each);
+      if (named(each, "subinterface")) index = key_value(each);
     }
     return around_.running->entry(join_interface_name(name, index));
   }
@@ -374,7 +374,7 @@ class Spreader {
       if (removes(operation)) {
         lyd_free_tree(entry);
       } else {
-        asked.insert(lyd_get_value(lyd_child(entry)));
+        asked.insert(key_value(entry));
         set_operation(entry, operation);
       }
       entry = next;
@@ -419,7 +419,7 @@ class Spreader {
   }
 
   void spread_below(lyd_node* interface, Operation own) const {
-    const char* const name = lyd_get_value(lyd_child(interface));
+    const char* const name = key_value(interface);
     lyd_node* container = const_cast<lyd_node*>(child_named(interface, "subinterfaces"));
     if (own == Operation::replace && running_ != nullptr) {
       const std::vector<std::string> present = indexes_of(name);

@@ -370,7 +370,9 @@ lyd_node* culprit(const ly_ctx* models, const Data& data, std::string& why) {
   if (complaint.path.empty() || lyd_find_path(data.get(), complaint.path.c_str(), 0, &found) != LY_SUCCESS) {
     return nullptr;
   }
-  return found;
+  // An entry without its key would be none.
+  const bool is_key = found->schema != nullptr && lysc_is_key(found->schema);
+  return is_key ? lyd_parent(found) : found;
 }
 
 void make_tree_valid(const ly_ctx* models, Data& data, std::vector<Warning>& warnings) {

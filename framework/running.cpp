@@ -5,6 +5,7 @@
 
 #include <unordered_set>
 
+#include "framework/documents.h"
 #include "framework/filter.h"
 #include "framework/schema.h"
 
@@ -65,7 +66,7 @@ bool is_interface_entry(const lyd_node* node) {
 }
 
 std::string_view entry_name(const lyd_node* entry) {
-  return lyd_get_value(lyd_child(entry));
+  return key_value(entry);
 }
 
 bool is_l2(const lyd_node* entry) {

@@ -77,11 +77,24 @@ constexpr char kServices[] =
     "yfw_oc_error_path yfw_ocifmgr_im_conn yfw_remove_from_output_list_ctx yfw_strcpy_s yfw_strdup yfw_strncpy_s "
     "ymap_ov_ocif_openconfiginterfaces_lvla_interfaces";
 
+// Of the C library: what the code calls, and what takes its place, or watches over it, in a hardened build.
+constexpr char kLibrary[] = "__assert_fail access free memcpy snprintf strchr strstr strtok_r strtol";
+constexpr char kHardening[] = "__stack_chk_fail __snprintf_chk __memcpy_chk";
+
+constexpr bool kFinished =
+#ifdef OC_VLAN_FINISHED
+    true;
+#else
+    false;
+#endif
+
 TEST(Library, imports_the_services_and_the_c_library_only) {
   if (kSanitized) GTEST_SKIP() << "a sanitizer imports its own";
   const Output imports = run("nm -D --undefined-only " OC_VLAN_PLUGIN_FILE " | awk '$1 == \"U\" {print $2}'");
   ASSERT_EQ(imports.status, 0) << imports.text;
   std::set<std::string> services;
+  std::set<std::string> library = words(kLibrary);
+  library.merge(words(kHardening));
   for (const std::string& name : words(imports.text)) {
     if (name.find("@GLIBC_") == std::string::npos) {
       services.insert(name);
@@ -90,6 +103,7 @@ TEST(Library, imports_the_services_and_the_c_library_only) {
     for (const char* forbidden : {"strncpy_s", "strncat_s", "memset_s", "malloc", "calloc", "realloc", "strdup@"}) {
       EXPECT_EQ(name.find(forbidden), std::string::npos) << name;
     }
+    EXPECT_TRUE(!kFinished || library.contains(name.substr(0, name.find('@')))) << name;
   }
   EXPECT_EQ(services, words(kServices));
   const Output needed = run("readelf -d " OC_VLAN_PLUGIN_FILE " | grep NEEDED");
@@ -104,9 +118,73 @@ TEST(Library, binds_its_own_names_late) {
 
 TEST(Library, has_no_global_constructor_of_its_own) {
   if (kSanitized) GTEST_SKIP() << "a sanitizer adds constructors";
-  const Output sections = run("readelf -SW " OC_VLAN_PLUGIN_FILE " | grep init_array");
-  // One pointer: the C runtime's own.
-  EXPECT_NE(sections.text.find(" 000008 "), std::string::npos) << sections.text;
+  const Output sections = run("readelf -SW " OC_VLAN_PLUGIN_FILE " | grep -E 'init_array|ctors'");
+  // One pointer at most: the C runtime's own, where that is linked.
+  EXPECT_TRUE(sections.text.empty() || sections.text.find(" 000008 ") != std::string::npos) << sections.text;
+}
+
+struct Promise {
+  const char* what;
+  const char* command;
+  const char* expected;
+};
+
+TEST(Library, is_hardened) {
+  if (!kFinished) GTEST_SKIP() << "a build for debuggers and sanitizers";
+  for (const Promise& each : {
+           Promise{"checks of the stack", "nm -D --undefined-only FILE | grep -c __stack_chk_fail", "1\n"},
+           Promise{"checks of sizes", "nm -D --undefined-only FILE | grep -c _chk@", "1\n"},
+           Promise{"read-only relocations", "readelf -lW FILE | grep -c GNU_RELRO", "1\n"},
+           Promise{"immediate binding", "readelf -dW FILE | grep -c 'FLAGS.*NOW'", "2\n"},
+           Promise{"no table of late bindings that can be written", "readelf -SW FILE | grep -c '[.]got[.]plt'", "0\n"},
+           Promise{"no executable stack", "readelf -lW FILE | grep GNU_STACK | grep -c ' RW '", "1\n"},
+           Promise{"no writable code", "readelf -lW FILE | grep -c 'LOAD.*RWE'", "0\n"},
+           Promise{"no relocations in code", "readelf -dW FILE | grep -c TEXTREL", "0\n"},
+#ifdef OC_VLAN_HAS_CF_PROTECTION
+           Promise{"marked branch targets and shadow stack", "readelf -nW FILE | grep -c 'IBT, SHSTK'", "1\n"},
+#endif
+       }) {
+    std::string command = each.command;
+    command.replace(command.find("FILE"), 4, OC_VLAN_PLUGIN_FILE);
+    EXPECT_EQ(run(command).text, each.expected) << each.what;
+  }
+}
+
+TEST(Library, has_no_thread_local_storage) {
+  if (kSanitized) GTEST_SKIP() << "a sanitizer adds its own";
+  EXPECT_EQ(run("readelf -lW " OC_VLAN_PLUGIN_FILE " | grep -c TLS").text, "0\n");
+}
+
+// What relocations fill is read-only once the library is loaded; this is what stays writable, by name.
+TEST(Library, writes_to_its_connection_and_its_call_sites_only) {
+  if (kSanitized) GTEST_SKIP() << "a sanitizer adds its own";
+  const Output sections = run("readelf -SW " OC_VLAN_PLUGIN_FILE " | grep -E ' +WA +' | grep -oE ' [.][a-z._]+ '");
+  std::set<std::string> writable = words(sections.text);
+  for (const char* const section : {".init_array", ".fini_array", ".data.rel.ro", ".dynamic", ".got", ".got.plt"}) {
+    writable.erase(section);
+  }
+  EXPECT_EQ(writable, words(".data .bss"));
+  // ADDRESS FLAGS SECTION<tab>SIZE NAME, where hidden names say so.
+  const Output symbols =
+      run("objdump -tC " OC_VLAN_PLUGIN_FILE
+          " | grep -E '[[:space:]][.](data|bss)[[:space:]]' | cut -f2 | cut -d' ' -f2- | sed 's/^ *[.]hidden //'");
+  int sites = 0;
+  std::set<std::string> others;
+  std::istringstream lines(symbols.text);
+  for (std::string name; std::getline(lines >> std::ws, name);) {
+    if (name.find("oc_vlan_site_word") != std::string::npos) {
+      ++sites;
+    } else {
+      others.insert(name);
+    }
+  }
+  EXPECT_GT(sites, 0);
+  // The C runtime's own, where that is linked.
+  for (const char* const name : {".data", ".bss", "completed.0", "__dso_handle", "__TMC_END__"}) {
+    others.erase(name);
+  }
+  EXPECT_EQ(others,
+            (std::set<std::string>{"(anonymous namespace)::database_library_is_present", "vlan_cfg_sysdb_connid"}));
 }
 
 struct Replacement {
