@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -43,6 +44,10 @@ int beside(int id) {
 template <typename T>
 void append_bytes(std::string& text, const T& value) {
   text.append(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+void append_schema(std::string& text, const lysc_node* schema) {
+  append_bytes(text, reinterpret_cast<std::uintptr_t>(schema));
 }
 
 // The part with its length, so that texts made of parts are the same only when all parts are.
@@ -96,7 +101,7 @@ class Shape {
 
  private:
   void walk(const lyd_node* node) {
-    append_bytes(structure_, node->schema);
+    append_schema(structure_, node->schema);
     const lyd_node* child = lyd_child(node);
     while (child != nullptr) {
       const lysc_node* const schema = child->schema;
@@ -109,7 +114,7 @@ class Shape {
         child = child->next;
       }
       if (!is_innermost_list(schema) && !is_term(schema)) continue;
-      append_bytes(structure_, schema);
+      append_schema(structure_, schema);
       rows_.push_back({std::exchange(structure_, {}), first, families_.size()});
     }
     structure_ += ')';
@@ -129,7 +134,7 @@ class Shape {
     std::string look;
     std::optional<int> last;
     for (std::size_t i = family.first; i < family.last; ++i) {
-      append_bytes(look, shape_.leaves[i]->schema);
+      append_schema(look, shape_.leaves[i]->schema);
       if (!is_vlan(ids_[i])) {
         append_part(look, lyd_get_value(shape_.leaves[i]));
         continue;

@@ -141,10 +141,10 @@ Leaves unsaid_as_told(const ReadResult& result, const lyd_node* entry) {
     if (!each.path.starts_with(path + "/")) continue;
     EXPECT_EQ(each.entry, lyd_get_value(lyd_child(entry)));
     EXPECT_TRUE(each.misread_as.empty() && each.fate == Unsaid::Fate::stays) << each.path;
-    const auto [leaf, is_new] = unsaid.insert(fmt::format("{} \"{}\"", each.path.substr(path.size() + 1), each.value));
-    EXPECT_TRUE(is_new) << "told twice: " << each.path;
+    const std::string leaf = fmt::format("{} \"{}\"", each.path.substr(path.size() + 1), each.value);
+    EXPECT_TRUE(unsaid.insert(leaf).second) << "told twice: " << each.path;
     const bool named = std::any_of(result.warnings.begin(), result.warnings.end(), [&](const Warning& warning) {
-      return warning.unsaid && warning.path == path && warning.message.find(*leaf) != std::string::npos;
+      return warning.unsaid && warning.path == path && warning.message.find(leaf) != std::string::npos;
     });
     EXPECT_TRUE(named) << "in no warning: " << each.path << "\n" << told(result.warnings);
   }
@@ -287,6 +287,7 @@ void PrintTo(const ManyRanges& param, std::ostream* stream) {
 class ManyRangesTest : public testing::TestWithParam<ManyRanges> {};
 
 constexpr int kRanges = 2000;
+constexpr std::size_t kEnds = 4000;
 
 // Judging every range by itself would take as many readings of all of them as there are ranges.
 TEST_P(ManyRangesTest, IsFoundInReasonableTime) {
@@ -309,9 +310,9 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(ManyRanges{"IdsAndRanges", [](int i) { return range_of(2 * i + 1, 2 * i + 1 + (i % 3 > 0)); }, 0},
                     ManyRanges{"ThatTouch", [](int i) { return range_of(2 * i + 1, 2 * i + 3); }, 0},
                     ManyRanges{"UpsideDown", [](int i) { return range_of(4000 - i, 3999 - i); }, 0},
-                    ManyRanges{"ToNoId", [](int i) { return range_of(i + 1, 5000); }, 2 * kRanges},
-                    ManyRanges{"FromNoId", [](int i) { return range_of(4095, i + 1); }, 2 * kRanges},
-                    ManyRanges{"OfZeros", [](int) { return range_of(0, 0); }, 2 * kRanges}),
+                    ManyRanges{"ToNoId", [](int i) { return range_of(i + 1, 5000); }, kEnds},
+                    ManyRanges{"FromNoId", [](int i) { return range_of(4095, i + 1); }, kEnds},
+                    ManyRanges{"OfZeros", [](int) { return range_of(0, 0); }, kEnds}),
     [](const auto& tested) { return tested.param.name; });
 
 }  // namespace
