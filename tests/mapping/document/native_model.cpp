@@ -58,7 +58,7 @@ void collect(const lysc_node* parent, const std::string& above, std::vector<Nati
   const lysc_node* node = nullptr;
   while ((node = lys_getnext(node, parent, nullptr, 0)) != nullptr) {
     if (parent == entry_schema() && lysc_is_key(node)) continue;
-    const std::string path = above.empty() ? node->name : above + "/" + node->name;
+    const std::string path = above.empty() ? node->name : fmt::format("{}/{}", above, node->name);
     if (yfw::is_term(node)) {
       add_values(node, path, values);
     } else {
