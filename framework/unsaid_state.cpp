@@ -1,19 +1,21 @@
-// What the OpenConfig reading of operational data leaves unsaid: a leaf of a mapped container is said when leaving it out,
-// or changing it, changes what its entry reads as. Nothing is written back here, so every leaf is tried.
+// What the OpenConfig reading of operational data leaves unsaid: a leaf of a mapped container is said when leaving it
+// out, or changing it, changes what its entry reads as. Nothing is written back here, so every leaf is tried.
 #include <fmt/format.h>
 #include <libyang/libyang.h>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <map>
 #include <memory>
-#include <optional>
-#include <span>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 #include "framework/documents.h"
 #include "framework/request_tree.h"
 #include "framework/sibling.h"
+#include "framework/state_shape.h"
 #include "framework/unsaid.h"
 
 namespace yfw {
@@ -23,38 +25,48 @@ namespace {
 // The containers of an operational entry that are read as OpenConfig.
 constexpr std::array<std::string_view, 3> kMapped{"layer3-sub-interfaces", "vlan-switched", "encapsulation-details"};
 
-// Leaves that hold a VLAN id: which one it is makes no difference to whether it is said. A leaf that is missing here
-// costs time and nothing else.
-constexpr std::array<std::string_view, 8> kIds{"vlan-id",    "vlan-id-low", "vlan-id-high", "tag",
-                                               "second-tag", "outer-tag",   "native-vlan",  "access-vlan"};
-
-bool is_one_of(std::span<const std::string_view> names, const lyd_node* node) {
-  return std::find(names.begin(), names.end(), std::string_view(LYD_NAME(node))) != names.end();
-}
-
-using Leaves = std::vector<const lyd_node*>;
-
-void collect_leaves(const lyd_node* node, Leaves& leaves) {
-  if (is_term(node->schema)) {
-    leaves.push_back(node);
-    return;
+// What the models can hold of an output, as a text.
+class HeldOutput {
+ public:
+  static std::string text_of(const OutputNode& top) {
+    std::string text;
+    add(top, text);
+    return text;
   }
-  const lyd_node* child = nullptr;
-  LY_LIST_FOR(lyd_child(node), child) {
-    collect_leaves(child, leaves);
-  }
-}
 
-std::optional<int> id_of(const lyd_node* leaf) {
-  constexpr int kFirst = 1;
-  constexpr int kLast = 4094;
-  const char* const text = lyd_get_value(leaf);
-  const std::size_t size = std::strlen(text);
-  if (!is_one_of(kIds, leaf) || size > 4 || size == 0) return std::nullopt;
-  const int id = std::atoi(text);
-  if (id < kFirst || id > kLast) return std::nullopt;
-  return id;
-}
+ private:
+  static bool is_held(const lysc_node* leaf, const char* value) {
+    if (value == nullptr) return false;
+    // Names of identities are the translation's own.
+    const lysc_type* const type = leaf->nodetype == LYS_LEAF ? reinterpret_cast<const lysc_node_leaf*>(leaf)->type
+                                                             : reinterpret_cast<const lysc_node_leaflist*>(leaf)->type;
+    if (type->basetype == LY_TYPE_IDENT) return true;
+    const LY_ERR result =
+        lyd_value_validate(leaf->module->ctx, leaf, value, std::strlen(value), nullptr, nullptr, nullptr);
+    return result == LY_SUCCESS || result == LY_EINCOMPLETE;
+  }
+
+  // Entries of a leaf-list count once, and containers as far as something is in them. Only what is of one list has an
+  // order.
+  static void add(const OutputNode& node, std::string& text) {
+    std::map<std::string_view, std::string> parts;
+    std::unordered_set<std::string_view> entries;
+    for (const OutputNode* const each : node.children) {
+      const lysc_node* const schema = each->schema;
+      if (is_term(schema)) {
+        if (!is_held(schema, each->data.value)) continue;
+        if (schema->nodetype == LYS_LEAFLIST && !entries.insert(each->data.value).second) continue;
+        parts[schema->name] += fmt::format("{}={}\n", schema->name, each->data.value);
+        continue;
+      }
+      if (is_list(schema) && key_of(schema) != nullptr && !is_held(key_of(schema), each->key.c_str())) continue;
+      std::string inside;
+      add(*each, inside);
+      if (!inside.empty()) parts[schema->name] += fmt::format("{}{{{}}}\n", schema->name, inside);
+    }
+    for (const auto& [name, part] : parts) text += part;
+  }
+};
 
 // One entry of a list of operational data, and the containers above it.
 class StateEntry {
@@ -62,92 +74,86 @@ class StateEntry {
   StateEntry(const Surroundings& around, const lyd_node* entry) : around_(around), entry_(entry) {
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child(entry), child) {
-      if (is_one_of(kMapped, child)) collect_leaves(child, leaves_);
+      if (is_mapped(child) && is_recorded(child)) containers_.push_back(child);
     }
   }
 
-  const Leaves& leaves() const { return leaves_; }
-
   std::string_view name() const { return entry_name(entry_); }
 
-  // Entries of one shape have the same leaves said: the same leaves in the same places, with the same values but for the
-  // ids, which are valid in both and stand in the same order.
-  std::string shape() const {
-    std::string shape;
-    const InterfaceName split = split_interface_name(name());
+  // Entries of one shape have the same leaves said.
+  StateShape shape() const {
     const lyd_node* const running = around_.running == nullptr ? nullptr : around_.running->entry(name());
-    shape += is_interface_name(name()) ? 'n' : '-';
-    shape += split.is_subinterface() ? 's' : '-';
-    shape += type_of_interface(name());
-    shape += running == nullptr ? '-' : is_l2(running) ? '2' : '3';
-    int last = 0;
-    add_shape(entry_, shape, last);
-    return shape;
+    const char layer = running == nullptr ? '-' : is_l2(running) ? '2' : '3';
+    return shape_of(fmt::format("{}{}{}/", lyd_parent(entry_)->schema->name, layer, kind_of_name()), containers_);
   }
 
-  Leaves unsaid() const {
-    const std::string whole = reading(nullptr, Trial::as_it_is);
-    Leaves unsaid;
-    for (const lyd_node* const leaf : leaves_) {
-      if (reading(leaf, Trial::left_out) == whole && reading(leaf, Trial::changed) == whole) unsaid.push_back(leaf);
+  // Of each group of leaves, whether the reading leaves it unsaid.
+  std::vector<bool> unsaid(const StateShape& shape) const {
+    const std::string whole = reading(nullptr, nullptr);
+    std::vector<bool> unsaid;
+    for (std::size_t i = 0; i < shape.leaves.size(); ++i) {
+      if (shape.groups[i] != unsaid.size()) continue;
+      const lyd_node* const leaf = shape.leaves[i];
+      std::string other = another_value(leaf);
+      unsaid.push_back(reading(leaf, nullptr) == whole && reading(leaf, other.data()) == whole);
     }
     return unsaid;
   }
 
  private:
-  enum class Trial : std::uint8_t { as_it_is, left_out, changed };
-
-  void add_shape(const lyd_node* node, std::string& shape, int& last) const {
-    shape.append(reinterpret_cast<const char*>(&node->schema), sizeof node->schema);
-    if (is_term(node->schema)) {
-      const std::optional<int> id = lysc_is_key(node->schema) ? std::nullopt : id_of(node);
-      if (lysc_is_key(node->schema)) return;
-      if (!id.has_value()) {
-        shape.append(1, '=').append(lyd_get_value(node)).append(1, '\0');
-        return;
-      }
-      shape += *id == last ? 'e' : *id == last + 1 ? 'n' : *id > last ? 'g' : 'l';
-      last = *id;
-      return;
-    }
-    const lyd_node* child = nullptr;
-    LY_LIST_FOR(lyd_child(node), child) {
-      if (node != entry_ || is_one_of(kMapped, child)) add_shape(child, shape, last);
-    }
-    shape += ')';
+  static bool is_mapped(const lyd_node* node) {
+    return std::find(kMapped.begin(), kMapped.end(), std::string_view(LYD_NAME(node))) != kMapped.end();
   }
 
-  // What the entry alone reads as, with one leaf treated in this way.
-  std::string reading(const lyd_node* leaf, Trial trial) const {
-    RequestTree tree;
-    const RequestTree::Wanted others = [leaf](const lyd_node* node) { return node != leaf; };
-    yfw_datatree* const entry = tree.data(entry_, trial == Trial::left_out ? others : nullptr);
-    std::string other;
-    if (trial == Trial::changed) {
-      other = changed(leaf);
-      yfw_datatree* const record = record_at(entry_, entry, leaf);
-      if (record != nullptr) record->value = other.data();
-    }
-    const lyd_node* const list = lyd_parent(entry_);
-    const lyd_node* const node = lyd_parent(list);
-    yfw_datatree inside[2] = {*tree.data(lyd_child(node)), record_of(list, entry, 1)};
-    yfw_datatree nodes = record_of(node, inside, 2);
-    yfw_datatree container = record_of(lyd_parent(node), &nodes, 1);
-    const yfw_datatree root = record_of(lyd_parent(lyd_parent(node)), &container, 1);
-    Session session(around_, kReadState);
-    const cerrno result = around_.plugins->operational_root()(session.ctx(), &root, session.output().root());
-    std::string text = result == 0 ? "" : "failed\n";
-    for (const OutputNode* const each : session.output().top().children) add_reading(*each, text);
-    return text;
+  // Names as devices give them matter by their kind only. What else may be in one is not told apart.
+  std::string kind_of_name() const {
+    constexpr std::size_t kUsualSize = 64;
+    constexpr std::size_t kUsualDigits = 9;
+    const InterfaceName split = split_interface_name(name());
+    const bool is_number =
+        split.index.size() <= kUsualDigits && split.index.find_first_not_of("0123456789") == std::string_view::npos;
+    if (!is_interface_name(name()) || !is_number || split.name.size() > kUsualSize) return std::string(name());
+    return fmt::format("{} {}", type_of_interface(name()), split.is_subinterface());
   }
 
   // A number beside it, or a text that nobody knows.
-  static std::string changed(const lyd_node* leaf) {
+  static std::string another_value(const lyd_node* leaf) {
     const std::string value = lyd_get_value(leaf);
     if (reinterpret_cast<const lysc_node_leaf*>(leaf->schema)->type->basetype != LY_TYPE_UINT32) return value + "?";
-    const std::string next = std::to_string(std::strtoull(value.c_str(), nullptr, 10) + 1);
-    return id_of(leaf) == 4094 ? "4093" : next;
+    return value == "4094" ? "4093" : std::to_string(std::strtoull(value.c_str(), nullptr, 10) + 1);
   }
+
+  // What the entry alone reads as, with this value for a leaf, or without the leaf.
+  std::string reading(const lyd_node* leaf, char* value) const {
+    RequestTree tree;
+    const lyd_node* const gone = value == nullptr ? with_empty_containers(leaf) : nullptr;
+    const RequestTree::Wanted stays = [gone](const lyd_node* node) { return node != gone; };
+    yfw_datatree* const entry = tree.data(entry_, gone == nullptr ? nullptr : stays);
+    if (value != nullptr) record_at(entry_, entry, leaf)->value = value;
+    const lyd_node* const list = lyd_parent(entry_);
+    const lyd_node* const node = lyd_parent(list);
+    yfw_datatree inside[2] = {*tree.data(lyd_child(node)), record_of(list, entry, 1)};
+    yfw_datatree card = record_of(node, inside, 2);
+    yfw_datatree nodes = record_of(lyd_parent(node), &card, 1);
+    const yfw_datatree root = record_of(lyd_parent(lyd_parent(node)), &nodes, 1);
+    Session session(around_, kReadState);
+    const cerrno result = around_.plugins->operational_root()(session.ctx(), &root, session.output().root());
+    return (result == 0 ? "" : "failed\n") + HeldOutput::text_of(session.output().top());
+  }
+
+  // The leaf, or the containers around it that hold nothing else: an empty container is none.
+  const lyd_node* with_empty_containers(const lyd_node* leaf) const {
+    while (leaf != nullptr && lyd_parent(leaf) != entry_ && lyd_parent(leaf)->schema->nodetype == LYS_CONTAINER) {
+      const lyd_node* child = nullptr;
+      LY_LIST_FOR(lyd_child(lyd_parent(leaf)), child) {
+        if (child != leaf && is_recorded(child)) return leaf;
+      }
+      leaf = lyd_parent(leaf);
+    }
+    return leaf;
+  }
+
+  static bool is_recorded(const lyd_node* node) { return (node->flags & LYD_DEFAULT) == 0; }
 
   // Records and data have their nodes in the same order.
   static yfw_datatree* record_at(const lyd_node* node, yfw_datatree* record, const lyd_node* wanted) {
@@ -155,38 +161,15 @@ class StateEntry {
     uint32_t i = 0;
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child(node), child) {
-      if ((child->flags & LYD_DEFAULT) != 0) continue;
-      yfw_datatree* const found = record_at(child, &record->subtrees[i++], wanted);
-      if (found != nullptr) return found;
+      if (!is_recorded(child)) continue;
+      if (yfw_datatree* const found = record_at(child, &record->subtrees[i++], wanted)) return found;
     }
     return nullptr;
   }
 
-  // What of the output the models can hold.
-  static void add_reading(const OutputNode& node, std::string& text) {
-    if (is_term(node.schema)) {
-      const std::string_view value = node.data.value == nullptr ? "" : node.data.value;
-      if (is_held(node.schema, value)) text += fmt::format("{}={}\n", node.schema->name, value);
-      return;
-    }
-    text += fmt::format("{}{}{{\n", node.schema->name, node.key);
-    for (const OutputNode* const each : node.children) add_reading(*each, text);
-    text += "}\n";
-  }
-
-  static bool is_held(const lysc_node* leaf, std::string_view value) {
-    // Names of identities are the translation's own.
-    const lysc_type* const type = leaf->nodetype == LYS_LEAF ? reinterpret_cast<const lysc_node_leaf*>(leaf)->type
-                                                             : reinterpret_cast<const lysc_node_leaflist*>(leaf)->type;
-    if (type->basetype == LY_TYPE_IDENT) return true;
-    const LY_ERR result =
-        lyd_value_validate(leaf->module->ctx, leaf, value.data(), value.size(), nullptr, nullptr, nullptr);
-    return result == LY_SUCCESS || result == LY_EINCOMPLETE;
-  }
-
   const Surroundings& around_;
   const lyd_node* entry_;
-  Leaves leaves_;
+  std::vector<const lyd_node*> containers_;
 };
 
 std::string instance_path(const lyd_node* node) {
@@ -205,23 +188,21 @@ void report_unsaid_state(const Surroundings& around, const Data& operational, co
   if (around.plugins->operational_root() == nullptr) return;
   Surroundings silent = around;
   silent.trace = nullptr;
-  // Which leaves of a shape are unsaid, by their number.
-  std::unordered_map<std::string, std::vector<std::size_t>> known;
+  // Which groups of a shape are unsaid.
+  std::unordered_map<std::string, std::vector<bool>> known;
   const auto judge = [&](const lyd_node* entry) {
     const StateEntry judged(silent, entry);
-    if (judged.leaves().empty()) return;
-    const auto [shape, is_new] = known.try_emplace(judged.shape());
-    if (is_new) {
-      const Leaves unsaid = judged.unsaid();
-      for (std::size_t i = 0; i < judged.leaves().size(); ++i) {
-        if (std::find(unsaid.begin(), unsaid.end(), judged.leaves()[i]) != unsaid.end()) shape->second.push_back(i);
-      }
-    }
+    const StateShape shape = judged.shape();
+    const auto is_asked = [&](const lyd_node* leaf) { return scope == nullptr || scope(entry, lyd_parent(leaf)); };
+    if (std::none_of(shape.leaves.begin(), shape.leaves.end(), is_asked)) return;
+    const auto [verdict, is_new] = known.try_emplace(shape.text);
+    if (is_new) verdict->second = judged.unsaid(shape);
     std::string settings;
-    const std::string entry_path = shape->second.empty() ? "" : instance_path(entry);
-    for (const std::size_t i : shape->second) {
-      const lyd_node* const leaf = judged.leaves()[i];
-      if (scope != nullptr && !scope(entry, lyd_parent(leaf))) continue;
+    const bool is_said = std::find(verdict->second.begin(), verdict->second.end(), true) == verdict->second.end();
+    const std::string entry_path = is_said ? "" : instance_path(entry);
+    for (std::size_t i = 0; i < shape.leaves.size(); ++i) {
+      const lyd_node* const leaf = shape.leaves[i];
+      if (!verdict->second[shape.groups[i]] || !is_asked(leaf)) continue;
       std::string path = instance_path(leaf);
       settings += (settings.empty() ? "" : ", ") + setting(entry_path, path, leaf);
       result.unsaid.push_back(

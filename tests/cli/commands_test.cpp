@@ -327,6 +327,19 @@ TEST_F(Read, APartThatCannotBeSaidIsLeftOutWithAWarning) {
   EXPECT_EQ(strict.out, "");
 }
 
+TEST_F(Read, AnAnswerWithStateUnsaidIsNotWhole) {
+  const std::string oper = folder.file("oper.xml", cli_test::oper_port("<mode>tunnel-port</mode>"));
+  const Outcome lenient = run({"read", "--oper", oper});
+  EXPECT_EQ(lenient.exit_code, 0) << lenient;
+  EXPECT_TRUE(has(lenient.err, "OpenConfig does not say: vlan-switched/mode \"tunnel-port\"")) << lenient;
+  const Outcome strict = run({"read", "--oper", oper, "--strict"});
+  EXPECT_EQ(strict.exit_code, 1) << strict;
+  EXPECT_EQ(strict.out, "");
+  EXPECT_TRUE(has(strict.err, "the answer would not be whole: OpenConfig does not say: vlan-switched/mode")) << strict;
+  const Outcome said = run({"read", "--oper", folder.file("said.xml", oper_access_port("20")), "--strict"});
+  EXPECT_EQ(said.exit_code, 0) << said;
+}
+
 TEST_F(Read, StateAndConfigurationAlone) {
   const std::string file = folder.file("running.xml", cli_test::running(entry("Ethernet0/0/1", access_port("10"))));
   const std::string oper = folder.file("oper.xml", oper_access_port("20"));

@@ -4,58 +4,13 @@
 #include <libyang/libyang.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
 #include <set>
-#include <sstream>
 
-#include "framework/host.h"
 #include "framework/oper_dump.h"
-#include "models_of_tests.h"
+#include "framework/state_device.h"
 
 namespace yfw::test {
 namespace {
-
-std::string contents(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
-
-const std::string& running_text() {
-  static const std::string text = contents(OC_VLAN_SOURCE_DIR "/examples/running.xml");
-  return text;
-}
-
-// A host and the notes in its trace.
-struct Device {
-  explicit Device(const std::string& openconfig_dir, bool with_running)
-      : host({.yang_dir = OC_VLAN_SOURCE_DIR "/yang",
-              .openconfig_dir = openconfig_dir,
-              .trace = [this](const auto& line) {
-                if (line.kind == TraceLine::Kind::note) notes += line.text + "\n";
-              }}) {
-    host.load_plugin(OC_VLAN_PLUGIN_FILE);
-    if (with_running) host.set_running({running_text(), Format::xml, "running"});
-  }
-  Device(const Device&) = delete;
-  Device& operator=(const Device&) = delete;
-
-  ReadResult read(const std::string& dump) {
-    notes.clear();
-    return host.read_state({dump, format_of(dump), "dump"});
-  }
-
-  std::string notes;
-  Host host;
-};
-
-std::string told(const std::vector<Warning>& warnings) {
-  std::string text;
-  for (const Warning& warning : warnings) text += warning.path + ": " + warning.message + "\n";
-  return text;
-}
 
 // VLAN leaves in `side` containers ("config" or "state"), written as the second opinion writes them.
 Leaves leaves_of(const Data& data, std::string_view side) {
@@ -93,11 +48,6 @@ Leaves leaves_of(const Data& data, std::string_view side) {
 
 std::string shown(const Leaves& leaves) {
   return fmt::format("{}\n", fmt::join(leaves, "\n"));
-}
-
-std::uint64_t first_seed() {
-  const char* const given = std::getenv("OC_VLAN_SEED");
-  return given == nullptr ? 20261121 : std::strtoull(given, nullptr, 10);
 }
 
 struct DeviceCase {
@@ -148,12 +98,6 @@ INSTANTIATE_TEST_SUITE_P(State, GeneratedDumps,
                                          DeviceCase{"PublishedRunning", true, true}),
                          [](const auto& tested) { return tested.param.name; });
 
-constexpr char kHead[] = "<vlan xmlns=\"http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-oper\">";
-
-std::string on_node(const std::string& below) {
-  return fmt::format("{}<nodes><node><node-id>0/0/CPU0</node-id>{}</node></nodes></vlan>", kHead, below);
-}
-
 std::string tagged(const std::string& name, const std::string& vlan) {
   return fmt::format(
       "<interface><interface>{}</interface><encapsulation-details><vlan-encapsulation>dot1q</vlan-encapsulation>"
@@ -188,6 +132,9 @@ TEST_P(BadDumps, TellWhatTheyCanAndNothingElse) {
 
 const std::string kOther = tagged("E1.2", "9");
 const Leaves kOtherState{"E1|2|match/single-tagged|vlan-id=9"};
+constexpr char kMainIsUnsaid[] =
+    "[interface='E1']: OpenConfig does not say: encapsulation-details/vlan-encapsulation \"dot1q\", "
+    "encapsulation-details/tag \"8\"";
 
 INSTANTIATE_TEST_SUITE_P(
     State, BadDumps,
@@ -203,10 +150,12 @@ INSTANTIATE_TEST_SUITE_P(
          "no key 'node-id'"},
         {"EntryTwice", on_node("<interfaces>" + kOther + tagged("E1.2", "8") + "</interfaces>"), kOtherState,
          "stands here twice"},
-        {"MainInterface", on_node("<interfaces>" + kOther + tagged("E1", "8") + "</interfaces>"), kOtherState, ""},
-        {"MainInterfaceFirst", on_node("<interfaces>" + tagged("E1", "8") + kOther + "</interfaces>"), kOtherState, ""},
+        {"MainInterface", on_node("<interfaces>" + kOther + tagged("E1", "8") + "</interfaces>"), kOtherState,
+         kMainIsUnsaid},
+        {"MainInterfaceFirst", on_node("<interfaces>" + tagged("E1", "8") + kOther + "</interfaces>"), kOtherState,
+         kMainIsUnsaid},
         {"DotAtTheEnd", on_node("<interfaces>" + kOther + tagged("E1.", "8") + tagged("E3.", "7") + "</interfaces>"),
-         kOtherState, ""},
+         kOtherState, "[interface='E3.']: OpenConfig does not say"},
         {"TwoDots", on_node("<interfaces>" + kOther + tagged("E1.2.3", "8") + "</interfaces>"), kOtherState,
          "interface[name='E1']/subinterfaces/subinterface[index='2.3']"},
         {"EmptyNames",

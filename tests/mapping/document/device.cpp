@@ -47,13 +47,11 @@ Written Device::write(const Place& place, const Entry& there, const Config& leav
 }
 
 Config Device::read(const Place& place, const std::string& running) {
-  host_.set_running({.text = running, .name = "running"});
-  return property::part(property::observe_config(host_.read().data), property::openconfig_path(place.name));
+  return property::part(property::observe_config(result_of(running).data), property::openconfig_path(place.name));
 }
 
 Config Device::read_state(const Place& place, const std::string& operational) {
-  host_.set_running({.text = kNothing, .name = "running"});
-  const yfw::ReadResult result = host_.read_state({.text = operational, .name = "operational data"});
+  const yfw::ReadResult result = result_of_state(operational);
   return property::part(property::observe_config(result.data), property::openconfig_path(place.name));
 }
 
@@ -61,6 +59,16 @@ Config Device::read_with_state(const Place& place, const std::string& running) {
   host_.set_running({.text = running, .name = "running"});
   const yfw::ReadResult result = host_.read_state({.text = kNoState, .name = "operational data"});
   return property::part(property::observe_config(result.data), property::openconfig_path(place.name));
+}
+
+yfw::ReadResult Device::result_of(const std::string& running) {
+  host_.set_running({.text = running, .name = "running"});
+  return host_.read();
+}
+
+yfw::ReadResult Device::result_of_state(const std::string& operational) {
+  host_.set_running({.text = kNothing, .name = "running"});
+  return host_.read_state({.text = operational, .name = "operational data"});
 }
 
 std::vector<std::string> Device::fetched(const std::string& path) {

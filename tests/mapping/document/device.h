@@ -42,6 +42,10 @@ class Device {
   // The state of the place that comes from the native configuration.
   Config read_with_state(const Place& place, const std::string& running);
 
+  // Everything that a read tells of a native document.
+  yfw::ReadResult result_of(const std::string& running);
+  yfw::ReadResult result_of_state(const std::string& operational);
+
   // The native paths that a read of a leaf asks for; the path is that of the models, from the top.
   std::vector<std::string> fetched(const std::string& path);
 

@@ -9,6 +9,9 @@
 #include "mapping/document/round_trip.h"
 #include "mapping/document/rows.h"
 #include "mapping/document/tables.h"
+#include "mapping/document/unsaid_shapes.h"
+#include "mapping/document/unsaid_state.h"
+#include "mapping/document/unsaid_values.h"
 
 namespace mapping {
 
@@ -83,6 +86,40 @@ without it; a read answers without it.
 
 )";
 
+constexpr char kNever[] = R"(## What OpenConfig does not say
+
+A native leaf is said when writing what its entry reads as back, onto an entry that has only its layer, makes it with the
+same value; [design.md](design.md#said-and-unsaid) says why, and what becomes of the others. Each value of the native
+configuration model was tried: alone, and in each native form that the requests above become, on ports, bundles, and L2
+and L3 sub-interfaces. A number or a text without special meaning stands for any; where the form has the leaf already, its
+value does.
+
+No form says these:
+
+)";
+
+constexpr char kInSomeForms[] = R"(
+Some forms say these, named by what they are read as. What is in neither table is said wherever it stands.
+
+)";
+
+constexpr char kShapes[] = R"(
+Settings that are lost by what stands beside them, or that are taken for others: what writing the reading back would make
+and is not there, or not with that value, is the last column.
+
+)";
+
+constexpr char kState[] = R"(
+Operational data is not written. A leaf of it is said when leaving it out, or changing it, changes what its entry reads
+as. These are the leaves of the forms that the tables above read, with the forms that say them:
+
+)";
+
+constexpr char kStateShapes[] = R"(
+And operational data of which a part or nothing is read:
+
+)";
+
 constexpr char kExceptions[] = R"(## Exceptions of the round trip
 
 What an edit makes of the native configuration is read back, and is what was asked for, with these exceptions. Each was
@@ -96,6 +133,12 @@ std::string tables(Device& device, Readings& readings, std::string_view in_conta
     if (container.find(in_containers) != std::string::npos) text += container_table(device, readings, container) + "\n";
   }
   return text;
+}
+
+std::string unsaid_text(Device& device) {
+  const UnsaidValues values = unsaid_values(device);
+  return kNever + values.never + kInSomeForms + values.in_some_forms + kShapes + unsaid_shapes(device) + kState +
+         unsaid_state(device) + kStateShapes + unsaid_state_shapes(device) + "\n";
 }
 
 }  // namespace
@@ -113,6 +156,7 @@ std::string document() {
   text += kSwitched + tables(device, readings, "switched-vlan");
   text += kBound + bound_table(binding_device) + "\n";
   text += kUnmapped + unmapped_table(device) + "\n";
+  text += unsaid_text(device);
   text += kExceptions + exceptions_text(device);
   text.pop_back();
   return text;

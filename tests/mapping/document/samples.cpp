@@ -146,4 +146,35 @@ std::vector<Operational> operational_of_subinterface(const std::string& name) {
   return all;
 }
 
+std::vector<OddOperational> odd_operational() {
+  const std::string port = "Ethernet0/0/1";
+  const std::string sub = "Ethernet0/0/1.100";
+  const auto instance = [&sub](const std::string& details) {
+    return encapsulation(sub, "service-instance", list("service-instance-details", details));
+  };
+  const auto switched = [&port](const char* mode, const std::string& content) {
+    return trunk(port, list("vlan-switched", leaf("mode", mode) + content));
+  };
+  const auto ranges = [](const std::string& tags) { return list("trunk-vlan-ranges", tags); };
+  return {
+      {"another kind", sub, encapsulation(sub, "default", "")},
+      {"a tag beside what the kind counts", sub,
+       encapsulation(sub, "dot1q", leaf("tag", "100") + list("dot1ad-dot1q-stack", leaf("outer-tag", "200")))},
+      {"a tag that is no id", sub, encapsulation(sub, "dot1q", leaf("tag", "4095"))},
+      {"a tag of a main interface", port, encapsulation(port, "dot1q", leaf("tag", "100"))},
+      {"one 802.1ad tag", sub, instance(outer({{"100", "100"}}))},
+      {"two 802.1Q tags", sub, instance(inner({{"100", "100"}}) + inner({{"200", "200"}}))},
+      {"a list with a range", sub, instance(inner({{"100", "110"}, {"200", "200"}}))},
+      {"two tags off", sub, instance(pops("2"))},
+      {"two tags on", sub, instance(pops("0") + push("dot1q") + push("dot1ad"))},
+      {"another mode", port, switched("tunnel-port", leaf("access-vlan", "100"))},
+      {"an access port without its VLAN", port, switched("access-port", "")},
+      {"a trunk of 802.1ad tags", port, switched("trunk-port", ranges(tag("dot1ad", {{"100", "200"}}, false)))},
+      {"a trunk of two tags", port,
+       switched("trunk-port", ranges(tag("dot1q", {{"100", "200"}}, false) + tag("dot1q", {{"300", "300"}}, false)))},
+      {"VLANs of a trunk that are none", port,
+       switched("trunk-port", ranges(tag("dot1q", {{"100", "200"}, {"4095", "4096"}}, false)))},
+  };
+}
+
 }  // namespace mapping

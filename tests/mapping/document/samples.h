@@ -31,4 +31,12 @@ struct Operational {
 std::vector<Operational> operational_of_port(const std::string& name);
 std::vector<Operational> operational_of_subinterface(const std::string& name);
 
+// Operational data of which OpenConfig says a part, or nothing.
+struct OddOperational {
+  std::string name;
+  std::string place;  // the interface or sub-interface
+  Operational operational;
+};
+std::vector<OddOperational> odd_operational();
+
 }  // namespace mapping
