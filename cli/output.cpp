@@ -36,7 +36,8 @@ constexpr std::array kSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
 extern "C" void remove_unfinished(int signal) {
   unlink(unfinished.data());
-  // The default action is back in place, and ends the program as soon as this returns.
+  // The default action ends the program as soon as this returns.
+  std::signal(signal, SIG_DFL);
   raise(signal);
 }
 
@@ -80,7 +81,6 @@ class Temporary {
     std::strncpy(unfinished.data(), name_.c_str(), unfinished.size() - 1);
     struct sigaction action = {};
     action.sa_handler = remove_unfinished;
-    action.sa_flags = SA_RESETHAND;
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
       sigaction(kSignals[i], nullptr, &before_[i]);
       if (before_[i].sa_handler != SIG_IGN) sigaction(kSignals[i], &action, nullptr);
