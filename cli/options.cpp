@@ -243,7 +243,7 @@ Options parse_options(int argc, const char* const* argv) {
   read.add_option("--oper", options.oper, "Native operational data; adds state to the answer")->type_name("FILE");
   CLI::Option* const state = read.add_flag("--state", options.state, "State only");
   read.add_flag("--config", options.config, "Configuration only")->excludes(state);
-  read.add_flag("--strict", options.strict, "Refuse to answer when a part has to be left out");
+  read.add_flag("--strict", options.strict, "Refuse to answer when a part is left out, or not said");
 
   CLI::App& fetch = add_subcommand(app, options, Command::fetch, "fetch", "Print the native paths that a read asks for",
                                    kFetchExample);

@@ -187,6 +187,10 @@ TEST(StateShape, IsWhatTryingEveryLeafShows) {
   check_unsaid(device, on_cards(dumps));
 }
 
+OperRange range_of(int low, int high) {
+  return {std::to_string(low), std::to_string(high)};
+}
+
 // Entries of the same few forms whose ids are equal, beside each other, or none, so that many differ in those alone.
 class CloseIds {
  public:
@@ -289,6 +293,49 @@ class ManyRangesTest : public testing::TestWithParam<ManyRanges> {};
 constexpr int kRanges = 2000;
 constexpr std::size_t kEnds = 4000;
 
+// Many ranges, of which about half lack an end, have one that is no id, both at times, or are of one id.
+constexpr std::size_t kKinds = 7;
+std::vector<OperRange> mixed(std::size_t kind, property::Random& random) {
+  std::vector<OperRange> made;
+  for (int i = 0; i < 18; ++i) {
+    OperRange range = range_of(10 * i + 1, 10 * i + 5);
+    if (random.chance(50)) {
+      if (kind == 0) range.high = "4095";
+      if (kind == 1) range.low = "4095";
+      if (kind == 2) range.high = std::nullopt;
+      if (kind == 3) range.low = std::nullopt;
+      if (kind == 4) range.high = range.low;
+      if (kind == 5) range.high = random.chance(50) ? std::nullopt : Text("4095");
+      if (kind == 6) range.low = random.chance(50) ? std::nullopt : Text("4095");
+    }
+    made.push_back(std::move(range));
+  }
+  return made;
+}
+
+TEST(StateShape, IsWhatTryingEveryLeafShowsInLongLists) {
+  Device device("", false);
+  for (std::uint64_t seed = first_seed(); seed < first_seed() + 2; ++seed) {
+    SCOPED_TRACE(fmt::format("OC_VLAN_SEED={} repeats this", seed));
+    property::Random random(seed);
+    OperDump dump;
+    for (std::size_t kind = 0; kind < kKinds; ++kind) {
+      dump.trunks.push_back({fmt::format("Ethernet0/0/{}", kind),
+                             std::nullopt,
+                             "trunk-port",
+                             std::nullopt,
+                             {{"dot1q", std::nullopt, mixed(kind, random)}}});
+      OperInterface interface;
+      interface.name = fmt::format("Ethernet0/0/1.{}", kind + 1);
+      interface.encapsulation = "service-instance";
+      interface.tags.push_back({"dot1q", "1", mixed(kind, random)});
+      dump.interfaces.push_back(std::move(interface));
+    }
+    check_unsaid(device, xml_of(dump));
+    if (HasFatalFailure()) return;
+  }
+}
+
 // Judging every range by itself would take as many readings of all of them as there are ranges.
 TEST_P(ManyRangesTest, IsFoundInReasonableTime) {
   OperTrunk trunk{"Ethernet0/0/1", "1", "trunk-port", std::nullopt, {{"dot1q", std::nullopt, {}}}};
@@ -298,10 +345,6 @@ TEST_P(ManyRangesTest, IsFoundInReasonableTime) {
   const ReadResult result = device.read(xml_of({{trunk}, {}}));
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
   EXPECT_EQ(result.unsaid.size(), GetParam().unsaid);
-}
-
-OperRange range_of(int low, int high) {
-  return {std::to_string(low), std::to_string(high)};
 }
 
 // Where no range can be held, the ends of all are unsaid; the mode and the ethertype still say that it is a trunk.

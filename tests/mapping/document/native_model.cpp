@@ -101,7 +101,7 @@ std::string native_document(const property::Native& entries) {
     for (const auto& [path, value] : leaves) {
       const std::string below = qualified(path);
       if (lyd_new_path(entry, nullptr, below.c_str(), value.c_str(), LYD_NEW_PATH_UPDATE, nullptr) != LY_SUCCESS) {
-        throw std::logic_error("the native model has no " + path + " " + value);
+        throw std::logic_error(fmt::format("the native model has no {} {}", path, value));
       }
     }
   }
