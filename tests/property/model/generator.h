@@ -25,7 +25,8 @@ const std::vector<std::string>& subinterface_indexes();
 // A device such as requests make it.
 Native make_device(Random& random);
 
-// A device such as no request makes it: encapsulations half written, tag types and texts of any kind.
+// A device such as no request makes it: encapsulations half written, tag types and texts of any kind, and leaves that
+// OpenConfig has no place for.
 Native make_odd_device(Random& random);
 
 // Some leaves of a unit, by their path below it: a form of match, a mapping, a port's VLANs.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "property/model/leaves.h"
 
@@ -270,9 +271,10 @@ void decode_trunk_text(const std::string& text, Reader& reader) {
     if (dash != std::string::npos) {
       entry.replace(dash, 1, "..");
     } else {
-      // Blanks around a number do not count.
+      // Blanks around a number do not count, nor do zeros before it.
       entry.erase(0, entry.find_first_not_of(' '));
       entry.erase(entry.find_last_not_of(' ') + 1);
+      entry.erase(0, std::min(entry.find_first_not_of('0'), entry.size() - 1));
     }
     reader.add("trunk-vlans", entry.substr(0, kLongestEntry));
     begin = end + 1;
@@ -321,6 +323,12 @@ bool is_in(const std::string& leaf, Unit unit) {
   const std::vector<std::string> containers = containers_of(unit);
   return std::any_of(containers.begin(), containers.end(),
                      [&leaf](const std::string& container) { return leaf.starts_with(container); });
+}
+
+std::optional<std::string> value_of(const Config& config, const std::string& path) {
+  const auto found = config.find(path);
+  if (found == config.end() || found->second.empty()) return std::nullopt;
+  return found->second.front();
 }
 
 }  // namespace
@@ -374,6 +382,17 @@ Entry encode(Unit unit, const Config& leaves, bool l2) {
       break;
   }
   return encode_switched(leaves);
+}
+
+void set_own_leaves(Entry& entry, const std::string& path, const Config& config) {
+  const auto set = [&entry](const char* leaf, const std::optional<std::string>& value) {
+    entry.erase(leaf);
+    if (value.has_value()) entry[leaf] = *value;
+  };
+  set("description", value_of(config, path + "/config/description"));
+  if (place_of(path).index.empty()) set("mtu", value_of(config, path + "/config/mtu"));
+  const bool down = value_of(config, path + "/config/enabled") == "false";
+  set("shutdown", down ? std::optional<std::string>("") : std::nullopt);
 }
 
 Config decode(const std::string& native_name, const Entry& entry, std::vector<std::string>& left_out) {

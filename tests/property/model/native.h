@@ -41,6 +41,10 @@ void set_region(Entry& entry, Unit unit, const Entry& leaves);
 // form takes is cut.
 Entry encode(Unit unit, const Config& leaves, bool l2);
 
+// Puts what a configuration says of the interface or sub-interface at the path itself (its description, say) in place
+// of what the entry holds of that.
+void set_own_leaves(Entry& entry, const std::string& path, const Config& config);
+
 // What an entry says in OpenConfig, by path from the top, as far as OpenConfig can hold it.
 // What OpenConfig has no value or no place for is noted in `left_out`; it has to be told.
 Config decode(const std::string& native_name, const Entry& entry, std::vector<std::string>& left_out);

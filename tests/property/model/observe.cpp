@@ -29,7 +29,8 @@ std::string value_of(const lyd_node* node) {
 }
 
 void collect_native(const lyd_node* node, const std::string& path, Entry& entry) {
-  const std::string here = path.empty() ? node->schema->name : path + "/" + node->schema->name;
+  std::string here = path.empty() ? node->schema->name : path + "/" + node->schema->name;
+  if (node->schema->nodetype == LYS_LIST) here += std::string("[") + lyd_get_value(lyd_child(node)) + "]";
   if (is_term_node(node)) {
     entry[here] = value_of(node);
     return;
@@ -65,12 +66,17 @@ bool is_of_interface(std::string_view element) {
   return element == "l2-transport" || element == "description" || element == "mtu" || element == "shutdown";
 }
 
+// The name of a step, without the key of a list.
+std::string element_of(const std::string& step) {
+  return step.substr(0, step.find('['));
+}
+
 // The elements of an entry, written from its sorted paths: a container stays open as long as paths go through it.
 void write_entry(const Entry& entry, std::string& text) {
   std::vector<std::string> open;
   const auto close_to = [&text, &open](std::size_t depth) {
     while (open.size() > depth) {
-      text += "</" + open.back() + ">";
+      text += "</" + element_of(open.back()) + ">";
       open.pop_back();
     }
   };
@@ -85,14 +91,14 @@ void write_entry(const Entry& entry, std::string& text) {
     while (shared < open.size() && shared + 1 < steps.size() && open[shared] == steps[shared]) ++shared;
     close_to(shared);
     for (std::size_t i = shared; i < steps.size(); ++i) {
-      const bool of_infra = i == 0 && !is_of_interface(steps[i]);
-      text += "<" + steps[i];
+      const bool in_layer = i == 1 && steps[0] == "l2-transport";
+      const bool of_infra = in_layer || (i == 0 && !is_of_interface(steps[i]));
+      text += "<" + element_of(steps[i]);
       if (of_infra) text += " xmlns=\"" + std::string(kInfraNs) + "\"";
       text += ">";
       open.push_back(steps[i]);
     }
     text += value;
-    close_to(steps.size() - 1);
   }
   close_to(0);
 }
@@ -128,6 +134,18 @@ std::vector<Change> observe_changes(const std::vector<yfw::Difference>& differen
   std::vector<Change> observed;
   for (const yfw::Difference& each : differences) {
     observed.push_back({observe_path(each.path), local(each.asked), local(each.found)});
+  }
+  std::sort(observed.begin(), observed.end());
+  return observed;
+}
+
+std::vector<UnsaidLeaf> observe_unsaid(const std::vector<yfw::Unsaid>& unsaid) {
+  std::vector<UnsaidLeaf> observed;
+  for (const yfw::Unsaid& each : unsaid) {
+    const std::string entry = "interface-configurations/interface-configuration[" + each.entry + "]/";
+    const std::string path = observe_path(each.path);
+    const std::string below = path.starts_with(entry) ? path.substr(entry.size()) : each.path;
+    observed.push_back({each.entry, below, each.value, each.fate == yfw::Unsaid::Fate::goes});
   }
   std::sort(observed.begin(), observed.end());
   return observed;

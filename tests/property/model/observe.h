@@ -15,6 +15,9 @@ Config observe_config(const yfw::Data& data);
 // Sorted; leaves that the framework answers by itself never differ.
 std::vector<Change> observe_changes(const std::vector<yfw::Difference>& differences);
 
+// Sorted.
+std::vector<UnsaidLeaf> observe_unsaid(const std::vector<yfw::Unsaid>& unsaid);
+
 // An instance path, /module:node/node[key='value'], as these tests write it.
 std::string observe_path(const std::string& instance_path);
 

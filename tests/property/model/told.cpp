@@ -1,0 +1,70 @@
+// The words for native leaves, made from their paths.
+#include "property/model/told.h"
+
+#include <algorithm>
+#include <map>
+
+#include "property/model/observe.h"
+
+namespace property {
+
+namespace {
+
+constexpr char kProtocol[] = "l2-protocol[";
+constexpr char kKey[] = "l2-protocol-name";
+
+// With the key of a list entry as instance paths have it.
+std::string with_named_key(std::string path) {
+  const std::size_t list = path.find(kProtocol);
+  if (list == std::string::npos) return path;
+  const std::size_t key = list + sizeof kProtocol - 1;
+  path.insert(path.find(']', key), "'");
+  path.insert(key, std::string(kKey) + "='");
+  return path;
+}
+
+}  // namespace
+
+std::vector<std::string> settings_of(const Entry& leaves) {
+  std::vector<std::string> settings;
+  for (const auto& [path, value] : leaves) {
+    const std::string parent = path.substr(0, path.rfind('/') + 1);
+    const bool others = std::any_of(leaves.begin(), leaves.end(), [&](const auto& other) {
+      return other.first != path && other.first.starts_with(parent);
+    });
+    if (path.ends_with(kKey) && others) continue;
+    settings.push_back(with_named_key(path) + (value.empty() ? "" : " \"" + value + "\""));
+  }
+  return settings;
+}
+
+bool lists(const std::string& text, const std::string& beginning, const std::vector<std::string>& settings) {
+  std::size_t size = beginning.size();
+  for (const std::string& setting : settings) {
+    if (text.find(setting) == std::string::npos) return false;
+    size += setting.size() + (&setting == &settings.front() ? 0 : 2);
+  }
+  return text.starts_with(beginning) && text.size() == size;
+}
+
+std::string untold_in(const std::vector<yfw::Warning>& warnings, const std::vector<UnsaidLeaf>& leaves) {
+  std::map<std::pair<std::string, bool>, Entry> wanted;
+  for (const UnsaidLeaf& each : leaves) wanted[{each.entry, each.goes}].emplace(each.path, each.value);
+  for (const yfw::Warning& warning : warnings) {
+    if (!warning.unsaid) continue;
+    const auto told = std::find_if(wanted.begin(), wanted.end(), [&warning](const auto& each) {
+      const auto& [entry, goes] = each.first;
+      const std::string fate =
+          goes ? "goes, and OpenConfig does not say it: " : "stays, and OpenConfig does not say it: ";
+      return observe_path(warning.path) == "interface-configurations/interface-configuration[" + entry + "]" &&
+             lists(warning.message, fate, settings_of(each.second));
+    });
+    if (told == wanted.end()) return "not so: " + warning.path + ": " + warning.message;
+    wanted.erase(told);
+  }
+  if (wanted.empty()) return {};
+  const auto& [entry, goes] = wanted.begin()->first;
+  return "no warning of what " + std::string(goes ? "goes" : "stays") + " in " + entry;
+}
+
+}  // namespace property
