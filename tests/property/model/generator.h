@@ -29,6 +29,9 @@ Native make_device(Random& random);
 // OpenConfig has no place for.
 Native make_odd_device(Random& random);
 
+// Makes an entry of one so: a form of its own with some leaves more or less, and leaves of any kind.
+void make_odd(Random& random, const std::string& native_name, Entry& entry);
+
 // Some leaves of a unit, by their path below it: a form of match, a mapping, a port's VLANs.
 Config make_leaves(Random& random, Unit unit);
 

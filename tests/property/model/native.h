@@ -11,7 +11,8 @@
 
 namespace property {
 
-// A native entry: its leaves by the path below it; `l2-transport` and empty leaves without a value.
+// A native entry: its leaves by the path below it, lists with their keys as in l2-protocol[l2-protocol-name='cdp'];
+// `l2-transport` and empty leaves without a value.
 using Entry = std::map<std::string, std::string>;
 
 // All native entries by name, Ethernet0/0/1 or Ethernet0/0/1.100.

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "property/model/native_models.h"
 #include "property/model/observe.h"
 #include "property/model/told.h"
 

@@ -8,23 +8,6 @@
 
 namespace property {
 
-namespace {
-
-constexpr char kProtocol[] = "l2-protocol[";
-constexpr char kKey[] = "l2-protocol-name";
-
-// With the key of a list entry as instance paths have it.
-std::string with_named_key(std::string path) {
-  const std::size_t list = path.find(kProtocol);
-  if (list == std::string::npos) return path;
-  const std::size_t key = list + sizeof kProtocol - 1;
-  path.insert(path.find(']', key), "'");
-  path.insert(key, std::string(kKey) + "='");
-  return path;
-}
-
-}  // namespace
-
 std::vector<std::string> settings_of(const Entry& leaves) {
   std::vector<std::string> settings;
   for (const auto& [path, value] : leaves) {
@@ -32,8 +15,11 @@ std::vector<std::string> settings_of(const Entry& leaves) {
     const bool others = std::any_of(leaves.begin(), leaves.end(), [&](const auto& other) {
       return other.first != path && other.first.starts_with(parent);
     });
-    if (path.ends_with(kKey) && others) continue;
-    settings.push_back(with_named_key(path) + (value.empty() ? "" : " \"" + value + "\""));
+    if (parent.ends_with("']/") && parent.ends_with("[" + path.substr(parent.size()) + "='" + value + "']/") &&
+        others) {
+      continue;
+    }
+    settings.push_back(path + (value.empty() ? "" : " \"" + value + "\""));
   }
   return settings;
 }
