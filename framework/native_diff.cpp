@@ -1,5 +1,6 @@
 // What differs natively and reads alike. A leaf that both readings say differs in them as well, because a reading and
-// the layer determine what is said; all others are told here.
+// the layer determine what is said, and so does the order of what they list, which no comparison of readings tells. All
+// others are told here.
 #include "framework/native_diff.h"
 
 #include <libyang/libyang.h>
@@ -7,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <unordered_set>
+#include <utility>
 
 #include "framework/documents.h"
 #include "framework/filter.h"
@@ -30,13 +32,38 @@ void collect_unsaid(const ReadResult& reading, Paths& paths) {
   for (const Misreading& each : reading.misread) paths.insert(each.makes.begin(), each.makes.end());
 }
 
-// Whether a reading has the interface or sub-interface of a native name.
-bool reads(const Data& reading, std::string_view native_name) {
+// The interface or sub-interface of a native name in a reading; null when there is none.
+const lyd_node* reading_of(const Data& reading, std::string_view native_name) {
   const InterfaceName name = split_interface_name(native_name);
-  if (!is_interface_name(native_name)) return false;
+  if (!is_interface_name(native_name)) return nullptr;
   std::string path = "/openconfig-interfaces:interfaces/interface" + predicate("name", name.name);
   if (name.is_subinterface()) path += "/subinterfaces/subinterface" + predicate("index", name.index);
-  return find(reading, path) != nullptr;
+  return find(reading, path);
+}
+
+// The entries of the leaf-lists in a node that are in another one as well.
+std::vector<std::pair<const lysc_node*, std::string_view>> listed_in_both(const lyd_node* node, const lyd_node* other) {
+  std::vector<std::pair<const lysc_node*, std::string_view>> entries;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    lyd_node* found = nullptr;
+    if (child->schema->nodetype != LYS_LEAFLIST) continue;
+    if (lyd_find_sibling_first(lyd_child(other), child, &found) != LY_SUCCESS) continue;
+    entries.emplace_back(child->schema, lyd_get_value(child));
+  }
+  return entries;
+}
+
+// Whether two readings of one entry list the same in another order.
+bool is_reordered(const lyd_node* before, const lyd_node* after) {
+  if (before == nullptr || after == nullptr) return false;
+  if (listed_in_both(before, after) != listed_in_both(after, before)) return true;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(before), child) {
+    if (child->schema->nodetype != LYS_CONTAINER || named(child, "subinterfaces")) continue;
+    if (is_reordered(child, child_named(after, child->schema->name))) return true;
+  }
+  return false;
 }
 
 class Judgement {
@@ -52,12 +79,22 @@ class Judgement {
     if (node == nullptr || !is_covered(node->schema) || !is_term(node->schema)) return true;
     const lyd_node* const entry = lyd_parent(node);
     const bool names_entry = lysc_is_key(node->schema) && lyd_parent(lyd_parent(entry)) == nullptr;
-    if (!names_entry) return unsaid_.contains(delta.path);
+    if (!names_entry) return unsaid_.contains(delta.path) || is_order(delta, node);
     // An entry that is there or not without a difference in what reads as an interface.
-    return reads(before_.reading.data, lyd_get_value(node)) == reads(after_.reading.data, lyd_get_value(node));
+    const std::string_view name = lyd_get_value(node);
+    return (reading_of(before_.reading.data, name) == nullptr) == (reading_of(after_.reading.data, name) == nullptr);
   }
 
  private:
+  // A value that differs in an entry of which the readings list something in another order.
+  bool is_order(const Delta& delta, const lyd_node* node) const {
+    if (!delta.was_present || !delta.is_present) return false;
+    const lyd_node* entry = node;
+    while (lyd_parent(lyd_parent(entry)) != nullptr) entry = lyd_parent(entry);
+    const std::string_view name = entry_name(entry);
+    return is_reordered(reading_of(before_.reading.data, name), reading_of(after_.reading.data, name));
+  }
+
   const NativeSide& before_;
   const NativeSide& after_;
   Paths unsaid_;

@@ -196,4 +196,17 @@ Native make_odd_device(Random& random) {
   return native;
 }
 
+Native make_odd_entries(Random& random) {
+  static const std::vector<std::string> odd_names{"Ethernet7.007", ".7", "Eth'7", "Ethernet7.1.2", "Ethernet7.x"};
+  Native native;
+  const std::size_t count = random.between(1, 3);
+  const std::string& interface = random.pick(interface_names());
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string name = random.chance(4) ? random.pick(odd_names) : interface;
+    if (name == interface && random.chance(60)) name += "." + random.pick(subinterface_indexes());
+    make_odd(random, name, native[name]);
+  }
+  return native;
+}
+
 }  // namespace property

@@ -215,6 +215,8 @@ void spoil_value(Random& random, Element& element, const std::string& parent, bo
   for (Element& child : element.children) spoil_value(random, child, path, done);
 }
 
+}  // namespace
+
 Request make_request(Random& random, const Config& before) {
   Request request;
   const std::size_t entries = random.chance(25) ? 2 : 1;
@@ -238,7 +240,22 @@ Request make_request(Random& random, const Config& before) {
   return request;
 }
 
-}  // namespace
+Request make_replace(Random& random, const Config& before) {
+  Request request = make_request(random, before);
+  if (random.chance(15)) {
+    request.shape = Shape::edit_config;
+    request.default_operation = Op::replace;
+    return request;
+  }
+  std::vector<Target> all;
+  collect(request.interfaces, "", all);
+  for (const Target& each : all) each.element->op = Op::inherit;
+  const std::size_t first = all.size() > 1 && !random.chance(10) ? 1 : 0;
+  Element& element = *all[random.between(first, all.size() - 1)].element;
+  element.op = Op::replace;
+  if (random.chance(15)) element.children.clear();
+  return request;
+}
 
 Sequence make_sequence(std::uint64_t seed) {
   constexpr std::size_t kMostRequests = 10;

@@ -118,6 +118,16 @@ std::vector<Change> observe_changes(const std::vector<yfw::Difference>& differen
   return observed;
 }
 
+std::string observe_native_entry(const std::string& instance_path) {
+  constexpr std::string_view kHead =
+      "/Vexnet-OS-interface-cfg:interface-configurations/interface-configuration[interface-name=";
+  if (!instance_path.starts_with(kHead) || !instance_path.ends_with(']')) return {};
+  // Quoted, in single or double quotes.
+  const std::string quoted = instance_path.substr(kHead.size(), instance_path.size() - kHead.size() - 1);
+  const std::string name = quoted.substr(1, quoted.size() - 2);
+  return name.find(quoted.front()) == std::string::npos ? name : "";
+}
+
 std::string observe_native_path(const std::string& entry, const std::string& instance_path) {
   const bool has_quote = entry.find('\'') != std::string::npos;
   const std::string predicate = "[interface-name=" + (has_quote ? "\"" + entry + "\"" : "'" + entry + "'") + "]/";

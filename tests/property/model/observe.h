@@ -15,6 +15,9 @@ Config observe_config(const yfw::Data& data);
 // Sorted; leaves that the framework answers by itself never differ.
 std::vector<Change> observe_changes(const std::vector<yfw::Difference>& differences);
 
+// The native entry that an instance path is the path of; empty when it is that of something else.
+std::string observe_native_entry(const std::string& instance_path);
+
 // The path of a native node below its entry, as these tests write it.
 std::string observe_native_path(const std::string& entry, const std::string& instance_path);
 

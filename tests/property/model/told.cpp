@@ -42,8 +42,7 @@ std::string untold_in(const std::vector<yfw::Warning>& warnings, const std::vect
       const auto& [entry, goes] = each.first;
       const std::string fate =
           goes ? "goes, and OpenConfig does not say it: " : "stays, and OpenConfig does not say it: ";
-      return observe_path(warning.path) == "interface-configurations/interface-configuration[" + entry + "]" &&
-             lists(warning.message, fate, settings_of(each.second));
+      return observe_native_entry(warning.path) == entry && lists(warning.message, fate, settings_of(each.second));
     });
     if (told == wanted.end()) return "not so: " + warning.path + ": " + warning.message;
     wanted.erase(told);
