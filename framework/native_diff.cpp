@@ -100,36 +100,43 @@ class Judgement {
   Paths unsaid_;
 };
 
-// Takes out the leaves and presence containers that are not named, and what is empty then.
-bool keep_named(lyd_node* node, const Paths& named_paths) {
-  if (is_term(node->schema) && lysc_is_key(node->schema)) return false;
-  bool keeps = named_paths.contains(path_of(node));
-  if (is_list(node->schema) && lyd_child(node) != nullptr) keeps = named_paths.contains(path_of(lyd_child(node)));
-  lyd_node* child = lyd_child(node);
+// What a comparison as a tree is about: leaves and presence containers, and the nodes in which they stand. These are
+// kept on both sides, so that an entry that only loses something does not look like one that goes.
+struct Named {
+  Paths leaves;
+  Paths around;
+};
+
+Named named_in(const NativeSide& before, const NativeSide& after, const std::vector<Delta>& deltas) {
+  Named all;
+  for (const Delta& delta : deltas) {
+    all.leaves.insert(delta.path);
+    const lyd_node* node = find(delta.was_present ? before.native : after.native, delta.path);
+    while (node != nullptr && (node = lyd_parent(node)) != nullptr) all.around.insert(path_of(node));
+  }
+  return all;
+}
+
+void cut_below(lyd_node* parent, const Named& kept) {
+  lyd_node* child = lyd_child_no_keys(parent);
   while (child != nullptr) {
     lyd_node* const next = child->next;
-    if (!is_term(child->schema) || !lysc_is_key(child->schema)) {
-      if (keep_named(child, named_paths)) {
-        keeps = true;
-      } else {
-        lyd_free_tree(child);
-      }
+    const std::string path = path_of(child);
+    if (!kept.leaves.contains(path) && !kept.around.contains(path)) {
+      lyd_free_tree(child);
+    } else if (!is_term(child->schema)) {
+      cut_below(child, kept);
     }
     child = next;
   }
-  return keeps;
+  mark_wanted(parent);
 }
 
-Data cut_down(const Data& native, const Paths& named_paths) {
+Data cut_down(const Data& native, const Named& kept) {
   Data cut = native.clone();
-  lyd_node* node = cut.get();
-  while (node != nullptr) {
-    lyd_node* const next = node->next;
-    if (!keep_named(node, named_paths)) {
-      if (node == cut.get()) *cut.out() = next;
-      lyd_free_tree(node);
-    }
-    node = next;
+  lyd_node* node = nullptr;
+  LY_LIST_FOR(cut.get(), node) {
+    cut_below(node, kept);
   }
   return cut;
 }
@@ -145,10 +152,9 @@ std::vector<Delta> native_differences(const NativeSide& before, const NativeSide
 
 Data native_difference_tree(const NativeSide& before, const NativeSide& after, const std::vector<Delta>& deltas) {
   if (deltas.empty()) return {};
-  Paths named_paths;
-  for (const Delta& delta : deltas) named_paths.insert(delta.path);
-  const Data ours = cut_down(before.native, named_paths);
-  const Data theirs = cut_down(after.native, named_paths);
+  const Named kept = named_in(before, after, deltas);
+  const Data ours = cut_down(before.native, kept);
+  const Data theirs = cut_down(after.native, kept);
   Data tree;
   if (lyd_diff_siblings(ours.get(), theirs.get(), 0, tree.out()) != LY_SUCCESS) {
     throw std::runtime_error("the native configurations could not be compared");
