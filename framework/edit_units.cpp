@@ -10,8 +10,8 @@
 
 #include "framework/edit.h"
 #include "framework/edit_config.h"
-#include "framework/unsaid.h"
 #include "framework/trunk_text.h"
+#include "framework/unsaid.h"
 
 namespace yfw {
 
@@ -28,11 +28,12 @@ std::vector<std::string_view> natives_of(const lyd_node* unit) {
   return {"encapsulation", "vlan-identifier"};
 }
 
-const lyd_node* find_below(const lyd_node* node, std::string_view name) {
+const lyd_node* find_container(const lyd_node* node, std::string_view name) {
+  if (is_term(node->schema)) return nullptr;
   if (named(node, name)) return node;
   const lyd_node* child = nullptr;
   LY_LIST_FOR(lyd_child(node), child) {
-    const lyd_node* const found = find_below(child, name);
+    const lyd_node* const found = find_container(child, name);
     if (found != nullptr) return found;
   }
   return nullptr;
@@ -237,7 +238,7 @@ class Rewriter {
     const lyd_node* const entry = native_entry(unit);
     if (entry == nullptr) return containers;
     for (const std::string_view name : natives_of(unit)) {
-      const lyd_node* const container = find_below(entry, name);
+      const lyd_node* const container = find_container(entry, name);
       if (has_covered_leaves(container)) containers.push_back(container);
     }
     return containers;
@@ -250,7 +251,7 @@ class Rewriter {
     const Data again = written_from(before);
     const lyd_node* const entry = again.empty() ? nullptr : lyd_child(again.get());
     for (const lyd_node* const native : natives) {
-      const lyd_node* const written = entry == nullptr ? nullptr : find_below(entry, LYD_NAME(native));
+      const lyd_node* const written = entry == nullptr ? nullptr : find_container(entry, LYD_NAME(native));
       if (written == nullptr) return native;
       const Data there = alone(native);
       drop_uncovered(there.get());

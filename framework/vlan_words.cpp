@@ -105,13 +105,15 @@ std::string tag_type(const lyd_node* encapsulation, const char* leaf) {
 std::string encapsulation_words(const lyd_node* encapsulation) {
   const std::string outer_type = tag_type(encapsulation, "outer-tag-type");
   const std::string inner_type = tag_type(encapsulation, "inner-tag-type");
-  const bool has_inner = child(encapsulation, "inner-range1-low") != nullptr || !inner_type.empty();
+  const bool has_inner = child(encapsulation, "inner-range1-low") != nullptr ||
+                         child(encapsulation, "inner-range1-high") != nullptr || !inner_type.empty();
   const bool outer_list = !has_inner || value(encapsulation, "outer-range1-high") == "4097";
   const std::string outer = native_ids(encapsulation, "outer-range1-low", "outer-range1-high", outer_list);
   if (!has_inner && outer_type == "dot1q" && !outer.empty()) return outer;
   std::string text = outer_type;
   add(text, " ", outer);
   if (!has_inner) return text;
+  if (text.empty()) text.assign(1, '?');
   add(text, " / ", inner_type.empty() ? "?" : inner_type);
   add(text, " ", native_ids(encapsulation, "inner-range1-low", "inner-range1-high", !outer_list));
   return text;
@@ -179,9 +181,10 @@ std::string interface_words(const lyd_node* interface, const char* side) {
 }
 
 std::string native_words(const lyd_node* container) {
-  if (named(container, "encapsulation")) return encapsulation_words(container);
   std::string text;
-  collect_words(container, text);
+  if (named(container, "encapsulation")) text = encapsulation_words(container);
+  // No words of its own.
+  if (text.empty()) collect_words(container, text);
   return text;
 }
 

@@ -259,6 +259,14 @@ INSTANTIATE_TEST_SUITE_P(
                                               "<outer-range1-high>4097</outer-range1-high>")}}),
                  match("<single-tagged-list><config><vlan-ids>40</vlan-ids></config></single-tagged-list>"), "", "",
                  "operation-failed", kMatchPath, "does not read back whole"},
+        EditCase{"ALeafNamedLikeAContainerIsNone",
+                 native({{kSub, kSingle100 + trunk("<native-vlan-identifier><vlan-identifier>7</vlan-identifier>"
+                                                   "</native-vlan-identifier>")}}),
+                 match("<single-tagged nc:operation=\"remove\"/>"),
+                 native({{kSub, trunk("<native-vlan-identifier><vlan-identifier>7</vlan-identifier>"
+                                      "</native-vlan-identifier>")}}),
+                 "stays, and OpenConfig does not say it: "
+                 "vlan-trunk-configuration/native-vlan-identifier/vlan-identifier \"7\""},
         EditCase{"UnknownSubinterfaceIsTakenAsL3", native({}), match(single("100")),
                  native({{"Ethernet0/0/1.100",
                           "<vlan-sub-configuration xmlns=\"http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-cfg\">"

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "property/model/faults.h"
+#include "property/model/native_models.h"
 #include "property/model/observe.h"
 #include "property/model/runner.h"
 

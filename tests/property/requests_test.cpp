@@ -31,6 +31,7 @@ void run_all(Models models, std::uint64_t first, std::uint64_t count) {
   const Tally& seen = tally();
   std::cout << seen.requests << " requests, " << seen.refused << " refused\n";
   for (const auto& [tag, times] : seen.refusals) std::cout << "  " << times << " " << tag << "\n";
+  std::cout << "  " << seen.staying << " unsaid leaves stayed, " << seen.going << " went\n";
   for (const auto& [name, times] : seen.explanations)
     std::cout << "  " << times << " read back differently: " << name << "\n";
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "property/model/leaves.h"
+#include "property/model/native_models.h"
 #include "property/model/observe.h"
 #include "property/model/runner.h"
 

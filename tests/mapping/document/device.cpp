@@ -1,6 +1,7 @@
 // The tried device is a host that is given a new running configuration for every run.
 #include "mapping/document/device.h"
 
+#include "property/model/native_models.h"
 #include "property/model/observe.h"
 #include "property/model/runner.h"
 

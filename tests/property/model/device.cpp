@@ -2,7 +2,6 @@
 #include "property/model/device.h"
 
 #include <algorithm>
-#include <optional>
 #include <set>
 
 #include "property/model/faults.h"
@@ -117,9 +116,10 @@ bool holds_nothing(const Element& element, const std::string& path) {
   });
 }
 
-// What is not there needs no removal, and what was named only for its sake is not asked for. True when nothing is left.
-// What is replaced is empty before its new content comes.
-bool drop_absent(Element& element, const std::string& parent, Op outer, const Config& there) {
+// What is not there needs no removal, and what was named only for its sake is not asked for, but for entries in what is
+// `replaced`: there, each that is named is meant. True when nothing is left. What is replaced is empty before its new
+// content comes.
+bool drop_absent(Element& element, const std::string& parent, Op outer, const Config& there, bool replaced = false) {
   const std::string path = path_below(parent, element);
   const Op op = element.op == Op::inherit ? outer : element.op;
   if (op == Op::remove) return !is_there(there, element, path);
@@ -127,11 +127,13 @@ bool drop_absent(Element& element, const std::string& parent, Op outer, const Co
   // An entry that the operation none does not find is a fault, whatever it holds.
   if (op == Op::none && is_list(element.name) && !exists(there, path)) return false;
   const Config below = op == Op::replace ? Config() : there;
+  const bool replaces = replaced || op == Op::replace;
   const std::size_t dropped = std::erase_if(element.children, [&](Element& child) {
-    return drop_absent(child, path, op == Op::replace ? Op::merge : op, below);
+    return drop_absent(child, path, op == Op::replace ? Op::merge : op, below, replaces);
   });
   if (op == Op::replace && !is_list(element.name) && holds_nothing(element, path) && !exists(there, path)) return true;
-  return dropped > 0 && element.children.empty() && element.op == Op::inherit && op != Op::replace;
+  const bool meant = (replaced && is_list(element.name)) || op == Op::replace;
+  return dropped > 0 && element.children.empty() && element.op == Op::inherit && !meant;
 }
 
 // True for what asks for nothing: leaves that the operation none leaves alone, and what holds nothing.
@@ -195,23 +197,6 @@ void complete(Config& config) {
     own.merge(decode(native_name(place), {}));
   }
   config.merge(own);
-}
-
-std::optional<std::string> value_of(const Config& config, const std::string& path) {
-  const auto found = config.find(path);
-  if (found == config.end() || found->second.empty()) return std::nullopt;
-  return found->second.front();
-}
-
-void set_own_leaves(Entry& entry, const std::string& path, const Config& after) {
-  const auto set = [&entry](const char* leaf, const std::optional<std::string>& value) {
-    entry.erase(leaf);
-    if (value.has_value()) entry[leaf] = *value;
-  };
-  set("description", value_of(after, path + "/config/description"));
-  if (place_of(path).index.empty()) set("mtu", value_of(after, path + "/config/mtu"));
-  const bool down = value_of(after, path + "/config/enabled") == "false";
-  set("shutdown", down ? std::optional<std::string>("") : std::nullopt);
 }
 
 // A trunk that is written has to fit.
@@ -381,6 +366,8 @@ Verdict Device::apply(const Request& asked) {
     const bool known = changed.contains(name);
     Entry entry = known ? changed.at(name) : Entry();
     if (!known && !place.index.empty() && new_entries_are_l2_) entry["l2-transport"];
+    // Of what is replaced, the layer stays.
+    if (mentions.clears(path)) std::erase_if(entry, [](const auto& leaf) { return leaf.first != "l2-transport"; });
     set_own_leaves(entry, path, after);
     for (const Region& region : regions_of(name)) {
       check_limits(region, after, written, verdict.faults);
@@ -402,6 +389,10 @@ Verdict Device::apply(const Request& asked) {
     }
   }
   if (!unwhole.empty()) verdict.explanations.emplace_back("merged into what does not read whole");
+  verdict.unsaid = unsaid_after(reach_of(asked, native_), native_, changed);
+  const auto goes =
+      std::find_if(verdict.unsaid.begin(), verdict.unsaid.end(), [](const auto& leaf) { return leaf.goes; });
+  if (strict_ && goes != verdict.unsaid.end()) verdict.faults.push_back({"operation-failed", goes->path});
   if (strict_ && !verdict.changes.empty()) verdict.faults.push_back({"operation-failed", verdict.changes.front().path});
   if (verdict.faults.empty()) native_ = std::move(changed);
   return verdict;

@@ -6,6 +6,7 @@
 
 #include "property/model/exceptions.h"
 #include "property/model/native.h"
+#include "property/model/unsaid.h"
 
 namespace property {
 
@@ -24,6 +25,8 @@ struct Verdict {
   std::vector<std::string> explanations;
   // Paths of what goes though nobody asked, and of what may stay though it does not read back: it has to be told.
   std::vector<std::string> told;
+  // What becomes of what OpenConfig does not say, in the entries that the request reaches.
+  std::vector<UnsaidLeaf> unsaid;
 };
 
 class Device {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "property/model/native_models.h"
+
 namespace property {
 
 namespace {
@@ -120,6 +122,25 @@ const std::vector<std::string>& subinterface_indexes() {
   return indexes;
 }
 
+namespace {
+
+bool is_in_a_region(const std::string& native_name, const std::string& leaf) {
+  const std::vector<Region> regions = regions_of(native_name);
+  return std::any_of(regions.begin(), regions.end(), [&leaf](const Region& region) {
+    return !region_of({{leaf, ""}}, region.unit).empty();
+  });
+}
+
+// A few leaves that the OpenConfig model has no place for.
+void add_unmapped_leaves(Random& random, const std::string& native_name, Entry& entry) {
+  for (const std::string& leaf : native_leaves()) {
+    const bool may_stand = is_l2(entry) || !leaf.starts_with("l2-transport");
+    if (may_stand && !is_in_a_region(native_name, leaf) && random.chance(10)) set_native_leaf(random, entry, leaf);
+  }
+}
+
+}  // namespace
+
 Native make_device(Random& random) {
   Native native;
   for (const std::string& interface : interface_names()) {
@@ -127,7 +148,7 @@ Native make_device(Random& random) {
       Entry& entry = native[interface];
       if (random.chance(30)) entry["description"] = "uplink";
       if (random.chance(15)) entry["shutdown"];
-      if (random.chance(15)) entry["carrier-delay/up"] = "100";
+      if (random.chance(15)) add_unmapped_leaves(random, interface, entry);
       if (random.chance(50)) set_region(entry, Unit::switched, encode(Unit::switched, make_switched(random), false));
     }
     for (const std::string& index : subinterface_indexes()) {
@@ -136,6 +157,7 @@ Native make_device(Random& random) {
       const bool l2 = random.chance(60);
       if (l2) entry["l2-transport"];
       if (random.chance(20)) entry["mtu"] = "1500";
+      if (random.chance(15)) add_unmapped_leaves(random, interface + "." + index, entry);
       if (random.chance(60)) set_region(entry, Unit::match, encode(Unit::match, make_match(random), l2));
       if (random.chance(30)) {
         set_region(entry, Unit::ingress_mapping, encode(Unit::ingress_mapping, make_mapping(random), l2));
@@ -145,74 +167,44 @@ Native make_device(Random& random) {
   return native;
 }
 
-// A text for which a write has no room: ids in a run, or with gaps.
-std::string too_long(int step) {
-  std::string text = "1000";
-  for (int id = 1000 + step; text.size() <= kLongestTrunkText; id += step) text += "," + std::to_string(id);
-  return text;
-}
-
-// Any value that the native leaf holds, told by its name.
-std::string make_odd_value(Random& random, const std::string& leaf) {
-  static const std::vector<std::string> tags{"match-dot1q", "match-dot1ad", "match-untagged"};
-  static const std::vector<std::string> kinds{"vlan-type-dot1q", "vlan-type-dot1ad"};
-  static const std::vector<std::string> rewrites{"pop1",          "pop2",          "push1",         "push2",
-                                                 "translate1to1", "translate1to2", "translate2to1", "translate2to2"};
-  static const std::vector<std::string> modes{"access", "trunk", "tunnel"};
-  static const std::vector<std::string> texts{"10, 20-30", " 7",           "5-5",        "30-20",
-                                              "0,4095,10", "10,10,10-10",  "1 - 5,9999", "4094 ",
-                                              "1-4094",    "001,04 - 010", too_long(1),  too_long(2)};
-  if (leaf.ends_with("tag-type") && leaf.find("vlan-switched") == std::string::npos) return random.pick(tags);
-  if (leaf.ends_with("vlan-type") || leaf.ends_with("trunk-tag-type")) return random.pick(kinds);
-  if (leaf.ends_with("rewrite-type")) return random.pick(rewrites);
-  if (leaf.ends_with("/mode")) return random.pick(modes);
-  if (leaf.ends_with("trunk-vla-ns")) return random.pick(texts);
-  if (leaf.ends_with("outer-range1-high") && random.chance(30)) return "4097";
-  return make_id(random);
-}
-
-const std::vector<std::string>& odd_leaves(bool sub) {
-  static const std::vector<std::string> of_interface{"vlan-trunk-configuration/native-vlan-identifier/vlan-type",
-                                                     "vlan-trunk-configuration/native-vlan-identifier/vlan-identifier",
-                                                     "vlan-trunk-configuration/vlan-switched/mode",
-                                                     "vlan-trunk-configuration/vlan-switched/access-vlan",
-                                                     "vlan-trunk-configuration/vlan-switched/trunk-tag-type",
-                                                     "vlan-trunk-configuration/vlan-switched/trunk-vla-ns"};
-  static const std::vector<std::string> of_subinterface = [] {
-    std::vector<std::string> leaves;
-    for (const char* const each : {"outer-tag-type", "inner-tag-type", "outer-range1-low", "outer-range1-high",
-                                   "inner-range1-low", "inner-range1-high"}) {
-      leaves.push_back(std::string("ethernet-service/encapsulation/") + each);
+void make_odd(Random& random, const std::string& native_name, Entry& entry) {
+  const bool sub = !place_of(openconfig_path(native_name)).index.empty();
+  if (random.chance(sub ? 60 : 10)) entry["l2-transport"];
+  if (random.chance(70)) {
+    for (const Region& region : regions_of(native_name)) {
+      set_region(entry, region.unit, encode(region.unit, make_leaves(random, region.unit), is_l2(entry)));
     }
-    for (std::size_t i = 1; i <= 8; ++i) {
-      leaves.push_back("ethernet-service/encapsulation/additional-range" + std::to_string(i) + "-low");
-    }
-    for (const char* const each : {"vlan-type", "first-tag", "second-tag"}) {
-      leaves.push_back(std::string("vlan-sub-configuration/vlan-identifier/") + each);
-    }
-    for (const char* const each : {"rewrite-type", "outer-tag-type", "outer-tag-value"}) {
-      leaves.push_back(std::string("ethernet-service/rewrite/") + each);
-    }
-    return leaves;
-  }();
-  return sub ? of_subinterface : of_interface;
+  }
+  // A form of its own goes askew with a few leaves more or less.
+  const std::size_t density = random.chance(50) ? random.between(0, 10) : random.between(10, 80);
+  const std::size_t elsewhere = random.chance(50) ? 0 : random.between(1, 15);
+  for (const std::string& leaf : native_leaves()) {
+    if (leaf == "l2-transport") continue;
+    if (random.chance(is_in_a_region(native_name, leaf) ? density : elsewhere)) set_native_leaf(random, entry, leaf);
+    if (random.chance(5)) erase_native_leaf(entry, leaf);
+  }
 }
 
 Native make_odd_device(Random& random) {
   Native native = make_device(random);
   for (const std::string& interface : interface_names()) {
     for (const std::string& index : {std::string(), std::string("100"), std::string("200")}) {
-      if (random.chance(25)) continue;
-      const bool sub = !index.empty();
-      Entry& entry = native[sub ? interface + "." + index : interface];
-      if (sub && random.chance(60)) entry["l2-transport"];
-      const std::size_t density = random.between(10, 80);
-      for (const std::string& leaf : odd_leaves(sub)) {
-        // A form of its own goes askew with a few leaves more or less.
-        if (random.chance(density)) entry[leaf] = make_odd_value(random, leaf);
-        if (random.chance(10)) entry.erase(leaf);
-      }
+      const std::string name = index.empty() ? interface : interface + "." + index;
+      if (random.chance(75)) make_odd(random, name, native[name]);
     }
+  }
+  return native;
+}
+
+Native make_odd_entries(Random& random) {
+  static const std::vector<std::string> odd_names{"Ethernet7.007", ".7", "Eth'7", "Ethernet7.1.2", "Ethernet7.x"};
+  Native native;
+  const std::size_t count = random.between(1, 3);
+  const std::string& interface = random.pick(interface_names());
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string name = random.chance(4) ? random.pick(odd_names) : interface;
+    if (name == interface && random.chance(60)) name += "." + random.pick(subinterface_indexes());
+    make_odd(random, name, native[name]);
   }
   return native;
 }

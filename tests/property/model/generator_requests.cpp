@@ -234,6 +234,7 @@ void contradict(Random& random, Request& request) {
   parent.op = random.chance(50) ? Op::remove : Op::delete_;
   child.op = random.pick(kinds);
 }
+}  // namespace
 
 Request make_request(Random& random, const Config& before) {
   Request request;
@@ -259,7 +260,22 @@ Request make_request(Random& random, const Config& before) {
   return request;
 }
 
-}  // namespace
+Request make_replace(Random& random, const Config& before) {
+  Request request = make_request(random, before);
+  if (random.chance(15)) {
+    request.shape = Shape::edit_config;
+    request.default_operation = Op::replace;
+    return request;
+  }
+  std::vector<Target> all;
+  collect(request.interfaces, "", all);
+  for (const Target& each : all) each.element->op = Op::inherit;
+  const std::size_t first = all.size() > 1 && !random.chance(10) ? 1 : 0;
+  Element& element = *all[random.between(first, all.size() - 1)].element;
+  element.op = Op::replace;
+  if (random.chance(15)) element.children.clear();
+  return request;
+}
 
 Sequence make_sequence(std::uint64_t seed) {
   constexpr std::size_t kMostRequests = 10;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <sstream>
 
 #include "property/model/leaves.h"
@@ -325,6 +326,12 @@ bool is_in(const std::string& leaf, Unit unit) {
                      [&leaf](const std::string& container) { return leaf.starts_with(container); });
 }
 
+std::optional<std::string> value_of(const Config& config, const std::string& path) {
+  const auto found = config.find(path);
+  if (found == config.end() || found->second.empty()) return std::nullopt;
+  return found->second.front();
+}
+
 }  // namespace
 
 bool is_bundle(std::string_view interface) {
@@ -376,6 +383,17 @@ Entry encode(Unit unit, const Config& leaves, bool l2) {
       break;
   }
   return encode_switched(leaves);
+}
+
+void set_own_leaves(Entry& entry, const std::string& path, const Config& config) {
+  const auto set = [&entry](const char* leaf, const std::optional<std::string>& value) {
+    entry.erase(leaf);
+    if (value.has_value()) entry[leaf] = *value;
+  };
+  set("description", value_of(config, path + "/config/description"));
+  if (place_of(path).index.empty()) set("mtu", value_of(config, path + "/config/mtu"));
+  const bool down = value_of(config, path + "/config/enabled") == "false";
+  set("shutdown", down ? std::optional<std::string>("") : std::nullopt);
 }
 
 Config decode(const std::string& native_name, const Entry& entry, std::vector<std::string>& left_out) {

@@ -11,7 +11,8 @@
 
 namespace property {
 
-// A native entry: its leaves by the path below it; `l2-transport` and empty leaves without a value.
+// A native entry: its leaves by the path below it, lists with their keys as in l2-protocol[l2-protocol-name='cdp'];
+// `l2-transport` and empty leaves without a value.
 using Entry = std::map<std::string, std::string>;
 
 // All native entries by name, Ethernet0/0/1 or Ethernet0/0/1.100.
@@ -40,6 +41,10 @@ void set_region(Entry& entry, Unit unit, const Entry& leaves);
 // What the unit's OpenConfig leaves (by their path below the unit) become. A list of more ids than the native form
 // takes is cut; a trunk has room for all.
 Entry encode(Unit unit, const Config& leaves, bool l2);
+
+// Puts what a configuration says of the interface or sub-interface at the path itself (its description, say) in place
+// of what the entry holds of that.
+void set_own_leaves(Entry& entry, const std::string& path, const Config& config);
 
 // What an entry says in OpenConfig, by path from the top, as far as OpenConfig can hold it.
 // What OpenConfig has no value or no place for is noted in `left_out`; it has to be told.

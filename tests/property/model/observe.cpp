@@ -28,8 +28,15 @@ std::string value_of(const lyd_node* node) {
   return type->basetype == LY_TYPE_IDENT ? local(value) : value;
 }
 
+// The predicate of an entry of a list with one key.
+std::string predicate_of(const lyd_node* entry) {
+  const lyd_node* const key = lyd_child(entry);
+  return std::string("[") + key->schema->name + "='" + lyd_get_value(key) + "']";
+}
+
 void collect_native(const lyd_node* node, const std::string& path, Entry& entry) {
-  const std::string here = path.empty() ? node->schema->name : path + "/" + node->schema->name;
+  std::string here = path.empty() ? node->schema->name : path + "/" + node->schema->name;
+  if (node->schema->nodetype == LYS_LIST) here += predicate_of(node);
   if (is_term_node(node)) {
     entry[here] = value_of(node);
     return;
@@ -58,43 +65,21 @@ void collect_config(const lyd_node* node, const std::string& parent, Config& con
   }
 }
 
-constexpr char kInterfaceNs[] = "http://vexnet.com/ns/yang/Vexnet-OS-interface-cfg";
-constexpr char kInfraNs[] = "http://vexnet.com/ns/yang/Vexnet-OS-l2-eth-infra-cfg";
-
-bool is_of_interface(std::string_view element) {
-  return element == "l2-transport" || element == "description" || element == "mtu" || element == "shutdown";
-}
-
-// The elements of an entry, written from its sorted paths: a container stays open as long as paths go through it.
-void write_entry(const Entry& entry, std::string& text) {
-  std::vector<std::string> open;
-  const auto close_to = [&text, &open](std::size_t depth) {
-    while (open.size() > depth) {
-      text += "</" + open.back() + ">";
-      open.pop_back();
+// The part of a path from a place on, without the modules of its steps.
+std::string without_modules(const std::string& path, std::size_t begin) {
+  std::string plain;
+  bool quoted = false;
+  std::size_t step = 0;
+  for (const char each : path.substr(begin)) {
+    if (each == '\'') quoted = !quoted;
+    if (each == ':' && !quoted) {
+      plain.resize(step);
+      continue;
     }
-  };
-  for (const auto& [path, value] : entry) {
-    std::vector<std::string> steps;
-    for (std::size_t begin = 0; begin <= path.size();) {
-      const std::size_t end = std::min(path.find('/', begin), path.size());
-      steps.push_back(path.substr(begin, end - begin));
-      begin = end + 1;
-    }
-    std::size_t shared = 0;
-    while (shared < open.size() && shared + 1 < steps.size() && open[shared] == steps[shared]) ++shared;
-    close_to(shared);
-    for (std::size_t i = shared; i < steps.size(); ++i) {
-      const bool of_infra = i == 0 && !is_of_interface(steps[i]);
-      text += "<" + steps[i];
-      if (of_infra) text += " xmlns=\"" + std::string(kInfraNs) + "\"";
-      text += ">";
-      open.push_back(steps[i]);
-    }
-    text += value;
-    close_to(steps.size() - 1);
+    plain += each;
+    if (each == '/' && !quoted) step = plain.size();
   }
-  close_to(0);
+  return plain;
 }
 
 }  // namespace
@@ -133,6 +118,33 @@ std::vector<Change> observe_changes(const std::vector<yfw::Difference>& differen
   return observed;
 }
 
+std::string observe_native_entry(const std::string& instance_path) {
+  constexpr std::string_view kHead =
+      "/Vexnet-OS-interface-cfg:interface-configurations/interface-configuration[interface-name=";
+  if (!instance_path.starts_with(kHead) || !instance_path.ends_with(']')) return {};
+  // Quoted, in single or double quotes.
+  const std::string quoted = instance_path.substr(kHead.size(), instance_path.size() - kHead.size() - 1);
+  const std::string name = quoted.substr(1, quoted.size() - 2);
+  return name.find(quoted.front()) == std::string::npos ? name : "";
+}
+
+std::string observe_native_path(const std::string& entry, const std::string& instance_path) {
+  const bool has_quote = entry.find('\'') != std::string::npos;
+  const std::string predicate = "[interface-name=" + (has_quote ? "\"" + entry + "\"" : "'" + entry + "'") + "]/";
+  const std::size_t found = instance_path.find(predicate);
+  return found == std::string::npos ? instance_path : without_modules(instance_path, found + predicate.size());
+}
+
+std::vector<UnsaidLeaf> observe_unsaid(const std::vector<yfw::Unsaid>& unsaid) {
+  std::vector<UnsaidLeaf> observed;
+  for (const yfw::Unsaid& each : unsaid) {
+    const bool goes = each.fate == yfw::Unsaid::Fate::goes;
+    observed.push_back({each.entry, observe_native_path(each.entry, each.path), each.value, goes});
+  }
+  std::sort(observed.begin(), observed.end());
+  return observed;
+}
+
 std::string observe_path(const std::string& instance_path) {
   std::string path;
   std::size_t at = 0;
@@ -166,16 +178,6 @@ std::string invalid_because(const yfw::Data& data) {
     return {};
   const ly_err_item* const last = ly_err_last(models);
   return last == nullptr || last->msg == nullptr ? "not valid" : last->msg;
-}
-
-std::string to_document(const Native& native) {
-  std::string text = "<interface-configurations xmlns=\"" + std::string(kInterfaceNs) + "\">\n";
-  for (const auto& [name, entry] : native) {
-    text += "  <interface-configuration><interface-name>" + name + "</interface-name>";
-    write_entry(entry, text);
-    text += "</interface-configuration>\n";
-  }
-  return text + "</interface-configurations>\n";
 }
 
 }  // namespace property

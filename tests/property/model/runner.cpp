@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "property/model/native_models.h"
 #include "property/model/observe.h"
+#include "property/model/told.h"
 
 namespace property {
 
@@ -87,6 +89,11 @@ class Run {
     for (const std::string& name : verdict.explanations) {
       if (!verdict.changes.empty()) ++tally().explanations[name];
     }
+    failure = differs("what stays and goes unsaid", to_text(verdict.unsaid), to_text(observe_unsaid(result.unsaid)));
+    if (!failure.kind.empty()) return failure;
+    const std::string untold = untold_in(result.warnings, verdict.unsaid);
+    if (!untold.empty()) return {"not told of what is unsaid", untold};
+    for (const UnsaidLeaf& each : verdict.unsaid) ++(each.goes ? tally().going : tally().staying);
     return compare_told(result.warnings, verdict.told);
   }
 

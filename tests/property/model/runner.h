@@ -39,6 +39,8 @@ struct Tally {
   std::size_t refused = 0;
   std::map<std::string, std::size_t> refusals;      // by error-tag
   std::map<std::string, std::size_t> explanations;  // of differences
+  std::size_t staying = 0;                          // unsaid leaves that an edit left in an entry that it names
+  std::size_t going = 0;
 };
 Tally& tally();
 
