@@ -79,7 +79,8 @@ bool is_trunk_read_whole(const Delta& text, const lyd_node* config, const lyd_no
   LY_LIST_FOR(lyd_child(config), entry) {
     if (named(entry, "trunk-vlans")) entries.emplace_back(lyd_get_value(entry));
   }
-  const lyd_node* const leaf = find_below(native, "trunk-vla-ns");
+  const lyd_node* const switched = find_container(native, "vlan-switched");
+  const lyd_node* const leaf = switched == nullptr ? nullptr : child_named(switched, "trunk-vla-ns");
   return leaf != nullptr && canonical_text(leaf) == native_trunk_text(entries);
 }
 

@@ -167,7 +167,7 @@ std::string on_cards(const std::vector<std::string>& dumps) {
 void check_unsaid(Device& device, const std::string& document) {
   const ReadResult result = device.read(document);
   std::vector<Warning> ignored;
-  const Data dump = parse_data(compact_models().get(), {document, Format::xml, "dump"}, true, &ignored);
+  const Data dump = parse_operational(compact_models().get(), {document, Format::xml, "dump"}, &ignored);
   std::size_t told_of = 0;
   for (const lyd_node* const entry : entries_of(dump)) {
     const Leaves unsaid = unsaid_by_trial(device, dump.get(), entry);

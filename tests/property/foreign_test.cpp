@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "property/model/native_models.h"
 #include "property/model/observe.h"
 #include "property/model/runner.h"
 
