@@ -23,7 +23,10 @@ endif()
 
 # Finished files are hardened as Debian hardens its packages, and say nothing of the folder in which they were built.
 # Debug builds are for debuggers and sanitizers, which both want none of it.
-set(OC_VLAN_FINISHED $<AND:$<NOT:$<CONFIG:Debug>>,$<NOT:$<BOOL:${OC_VLAN_SANITIZE}>>>)
+set(OC_VLAN_FINISHED $<NOT:$<CONFIG:Debug>>)
+if(OC_VLAN_SANITIZE)
+  set(OC_VLAN_FINISHED 0)
+endif()
 check_cxx_compiler_flag(-fcf-protection OC_VLAN_HAS_CF_PROTECTION)
 # A compiler cache may have made the folder's name relative.
 cmake_path(RELATIVE_PATH PROJECT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_BINARY_DIR} OUTPUT_VARIABLE source_from_build)
