@@ -23,7 +23,7 @@ inline constexpr std::size_t kLongestAttribute = 1U << 16;
 inline constexpr std::size_t kMostMembers = 1000;
 inline constexpr std::size_t kMostAttributes = 256;  // of one element, namespace declarations among them
 inline constexpr std::size_t kMostScopes = 256;      // namespaces that are declared at one place
-inline constexpr std::size_t kMostAlike = 4096;  // entries of one list that has no key
+inline constexpr std::size_t kMostAlike = 4096;      // entries of one list that has no key
 
 // How a value is written. XML knows only `nothing` and `text`.
 enum class Kind : std::uint8_t {

@@ -87,7 +87,7 @@ struct EditResult {
   std::vector<Difference> differences;  // empty without a running configuration or with Verify::off
   // Of the entries that the edit touches, as they were before it; what it takes of other loaded models is among them.
   std::vector<Unsaid> unsaid;
-  std::vector<Foreign> gone;            // subtrees of models that are not loaded that go with what holds them
+  std::vector<Foreign> gone;  // subtrees of models that are not loaded that go with what holds them
 };
 
 struct ReadResult {

@@ -123,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(
             "Ethernet0/0/1/vlan-trunk-configuration/vlan-switched is mode trunk, trunk-tag-type vlan-type-dot1q, "
             "trunk-vla-ns 7, 007,9 and reads as trunk 7,9: trunk-vla-ns\n"
             "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/openconfig-if-ethernet:ethernet/"
-            "openconfig-vlan:switched-vlan/config/trunk-vlans: left out: \" 007\" is there already\n"
+            "openconfig-vlan:switched-vlan/config/trunk-vlans: left out: \"7\" is there already\n"
             "Ethernet0/0/1: OpenConfig does not say: vlan-trunk-configuration/vlan-switched/trunk-vla-ns \"7, 007,9\"; "
             "reads as trunk 7,9; natively mode trunk, trunk-tag-type vlan-type-dot1q, trunk-vla-ns 7, 007,9\n"},
         Shape{"ALayerWithMore", kSub,

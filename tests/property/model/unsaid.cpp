@@ -85,6 +85,7 @@ Entry written_back(const std::string& native_name, const Entry& entry) {
     const Config leaves = part(read, region.path);
     if (can_be_asked(region.unit, leaves)) written.merge(encode(region.unit, leaves, is_l2(entry)));
   }
+  keep_stored_text(written, entry);
   return written;
 }
 

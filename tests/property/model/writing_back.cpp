@@ -61,7 +61,9 @@ Entry write_back(yfw::Host& host, const std::string& native_name, const Entry& e
     } catch (const yfw::Refused&) {
       return std::nullopt;
     }
-    return observe_native(host.running())[native_name];
+    Entry made = observe_native(host.running())[native_name];
+    keep_stored_text(made, entry);
+    return made;
   };
   if (reading.data.empty()) return layer_of(entry);
   if (const std::optional<Entry> whole = written(reading.data.print(yfw::Format::xml))) return *whole;
