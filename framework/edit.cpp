@@ -356,9 +356,6 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
   std::vector<Warning> unread_after;
   const Data after = read_back(reading, then, prepared.touched, unread_after);
   report_unsaid(unsaid, then, touched, prepared.result);
-  if (settings.verify == Verify::strict) refuse_unsaid_loss(prepared.result.unsaid, then, touched);
-  prepared.candidate = then.take();
-  prepared.result.gone = foreign.going(prepared.touched, prepared.candidate, warnings);
   std::vector<Difference> found = differences(asked, document.default_operation,
                                               {.running = *around.running,
                                                .before = before,
@@ -366,7 +363,10 @@ PreparedEdit prepare_edit(const Surroundings& around, MappedLeaves& leaves, Edit
                                                .after = after,
                                                .merged_into_unread = unread_units});
   refuse_lost_trunks(lost_trunk_entries(found), expected.data);
+  if (settings.verify == Verify::strict) refuse_unsaid_loss(prepared.result.unsaid, then, touched);
   if (settings.verify == Verify::strict && !found.empty()) throw Refused(refusal_of(found));
+  prepared.candidate = then.take();
+  prepared.result.gone = foreign.going(prepared.touched, prepared.candidate, warnings);
   if (settings.verify != Verify::off) prepared.result.differences = std::move(found);
   return prepared;
 }
