@@ -188,7 +188,7 @@ TEST(Unsaid, IsATrunkThatIsTooLongToAskFor) {
 struct Selection {
   const char* name;
   std::string filter;
-  std::string told;
+  std::string told;  // records
 };
 
 void PrintTo(const Selection& selection, std::ostream* out) {
@@ -212,7 +212,8 @@ std::string device_for_filters() {
 
 TEST_P(Filters, TellWhatTheyAskFor) {
   Host host = host_with(device_for_filters());
-  EXPECT_EQ(told(host.read({.text = GetParam().filter}).unsaid), GetParam().told);
+  const ReadResult result = host.read({.text = GetParam().filter});
+  EXPECT_EQ(told(result.unsaid) + told(result.misread), GetParam().told);
 }
 
 constexpr char kSubPath[] = "/interfaces/interface[name='Ethernet0/0/1']/subinterfaces/subinterface[index='100']";
@@ -221,7 +222,9 @@ INSTANTIATE_TEST_SUITE_P(
     Reads, Filters,
     testing::Values(
         Selection{"AMatch", std::string(kSubPath) + "/vlan/match",
-                  "stays Ethernet0/0/1.100/ethernet-service/encapsulation/outer-range1-high 20 in the list 10,30\n"},
+                  "stays Ethernet0/0/1.100/ethernet-service/encapsulation/outer-range1-high 20 in the list 10,30\n"
+                  "Ethernet0/0/1.100/ethernet-service/encapsulation is 10-20,30 and reads as the list 10,30: "
+                  "outer-range1-high\n"},
         Selection{"ARewrite", std::string(kSubPath) + "/vlan/ingress-mapping",
                   "stays Ethernet0/0/1.100/ethernet-service/rewrite/rewrite-type pop2\n"},
         Selection{"ADescription", std::string(kSubPath) + "/config/description", ""},
@@ -232,11 +235,15 @@ INSTANTIATE_TEST_SUITE_P(
             "stays Ethernet0/0/1.100/l2-transport/l2-protocols/l2-protocol[l2-protocol-name='cdp']/action drop\n"
             "stays Ethernet0/0/1.100/mtu 1500\n"
             "stays Ethernet0/0/1.100/ethernet-service/encapsulation/outer-range1-high 20 in the list 10,30\n"
-            "stays Ethernet0/0/1.100/ethernet-service/rewrite/rewrite-type pop2\n"},
+            "stays Ethernet0/0/1.100/ethernet-service/rewrite/rewrite-type pop2\n"
+            "Ethernet0/0/1.100/ethernet-service/encapsulation is 10-20,30 and reads as the list 10,30: "
+            "outer-range1-high\n"},
         Selection{"APort", "/interfaces/interface[name='Ethernet0/0/1']/ethernet",
                   "stays Ethernet0/0/1/vlan-trunk-configuration/vlan-switched/mode tunnel\n"},
         Selection{"TheSameAsASubtree", on_vlan("<match/>"),
-                  "stays Ethernet0/0/1.100/ethernet-service/encapsulation/outer-range1-high 20 in the list 10,30\n"},
+                  "stays Ethernet0/0/1.100/ethernet-service/encapsulation/outer-range1-high 20 in the list 10,30\n"
+                  "Ethernet0/0/1.100/ethernet-service/encapsulation is 10-20,30 and reads as the list 10,30: "
+                  "outer-range1-high\n"},
         Selection{
             "AnEntryAsASubtree",
             on_interface("<subinterfaces><subinterface><index>200</index></subinterface>"
@@ -246,7 +253,9 @@ INSTANTIATE_TEST_SUITE_P(
             "stays Ethernet0/0/1.200/l2-transport/l2-protocols/l2-protocol[l2-protocol-name='cdp']/action drop\n"
             "stays Ethernet0/0/1.200/mtu 1500\n"
             "stays Ethernet0/0/1.200/ethernet-service/encapsulation/outer-range1-high 20 in the list 10,30\n"
-            "stays Ethernet0/0/1.200/ethernet-service/rewrite/rewrite-type pop2\n"},
+            "stays Ethernet0/0/1.200/ethernet-service/rewrite/rewrite-type pop2\n"
+            "Ethernet0/0/1.200/ethernet-service/encapsulation is 10-20,30 and reads as the list 10,30: "
+            "outer-range1-high\n"},
         Selection{"Elsewhere", "/interfaces/interface[name='Ethernet0/0/2']", ""}),
     [](const auto& info) { return info.param.name; });
 
@@ -461,6 +470,17 @@ TEST_P(MissingData, IsToldWithWhatIsThereNatively) {
 INSTANTIATE_TEST_SUITE_P(
     Deletes, MissingData,
     testing::Values(
+        Missing{"OfAnotherEntry",
+                on_interface(fmt::format("<subinterfaces><subinterface><index>200</index>"
+                                         "<vlan xmlns=\"{}\" nc:operation=\"delete\"/></subinterface>"
+                                         "</subinterfaces>",
+                                         kVlanNs)),
+                "refused: data-missing\n"
+                "  path: "
+                "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/subinterfaces/"
+                "subinterface[index='200']/openconfig-vlan:vlan\n"
+                "  message: 'vlan' is not there to be deleted; natively there is mtu \"1500\", which OpenConfig does "
+                "not say\n"},
         Missing{"ARewrite", on_vlan("<ingress-mapping nc:operation=\"delete\"/>"),
                 "refused: data-missing\n"
                 "  path: "
