@@ -54,13 +54,13 @@ std::vector<std::pair<const lysc_node*, std::string_view>> listed_in_both(const 
   return entries;
 }
 
-// Whether two readings of one entry list the same in another order.
+// Whether two readings of one entry list the same in another order. Sub-interfaces are entries of their own.
 bool is_reordered(const lyd_node* before, const lyd_node* after) {
   if (before == nullptr || after == nullptr) return false;
   if (listed_in_both(before, after) != listed_in_both(after, before)) return true;
   const lyd_node* child = nullptr;
   LY_LIST_FOR(lyd_child(before), child) {
-    if (child->schema->nodetype != LYS_CONTAINER || named(child, "subinterfaces")) continue;
+    if (child->schema->nodetype != LYS_CONTAINER) continue;
     if (is_reordered(child, child_named(after, child->schema->name))) return true;
   }
   return false;

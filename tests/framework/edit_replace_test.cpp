@@ -59,7 +59,7 @@ std::string device() {
   return native_of({{"Ethernet0/0/1", "<description>d</description>" + carrier_delay("5")},
                     {"Ethernet0/0/1.5", layer(protocols("cdp", "drop")) + "<mtu>1500</mtu>" +
                                             encapsulation(match, {{"rewrite-type", "pop2"}})},
-                    {"Ethernet0/0/1.6", ""},
+                    {"Ethernet0/0/1.6", layer()},
                     {"Ethernet0/0/2", carrier_delay("6")}});
 }
 
@@ -161,7 +161,8 @@ INSTANTIATE_TEST_SUITE_P(
                 kOneStays +
                     "Ethernet0/0/1.5\n"
                     "Ethernet0/0/1.5/l2-transport\n"
-                    "Ethernet0/0/1.6\n" +
+                    "Ethernet0/0/1.6\n"
+                    "Ethernet0/0/1.6/l2-transport\n" +
                     kTwoStays,
                 kFiveIsTold},
         Replace{"AnEntryByATag",
@@ -183,16 +184,42 @@ INSTANTIATE_TEST_SUITE_P(
                     "Ethernet0/0/1.5/l2-transport\n"
                     "Ethernet0/0/1.5/ethernet-service/encapsulation/outer-tag-type match-dot1q\n"
                     "Ethernet0/0/1.5/ethernet-service/encapsulation/outer-range1-low 9\n"
-                    "Ethernet0/0/1.6\n" +
+                    "Ethernet0/0/1.6\n"
+                    "Ethernet0/0/1.6/l2-transport\n" +
                     kTwoStays,
                 kFiveIsTold},
         Replace{"AnEntryByAnEmptyMatch", sub(kReplace, vlan_of("", "<match nc:operation=\"replace\"/>")), kFiveGoes,
                 kOneStays +
                     "Ethernet0/0/1.5\n"
                     "Ethernet0/0/1.5/l2-transport\n"
-                    "Ethernet0/0/1.6\n" +
+                    "Ethernet0/0/1.6\n"
+                    "Ethernet0/0/1.6/l2-transport\n" +
                     kTwoStays,
                 kFiveIsTold},
+        Replace{"AnEntryOfALayerAlone",
+                on_interface("<subinterfaces><subinterface nc:operation=\"replace\"><index>6</index></subinterface>"
+                             "</subinterfaces>"),
+                "Ethernet0/0/1.6\n"
+                "remove Ethernet0/0/1.6/ethernet-service/encapsulation\n"
+                "remove Ethernet0/0/1.6/ethernet-service/rewrite\n"
+                "remove Ethernet0/0/1.6/description\n"
+                "remove Ethernet0/0/1.6/shutdown\n",
+                "Ethernet0/0/1\n"
+                "Ethernet0/0/1/description d\n"
+                "Ethernet0/0/1/carrier-delay/up 5\n"
+                "Ethernet0/0/1.5\n"
+                "Ethernet0/0/1.5/l2-transport\n"
+                "Ethernet0/0/1.5/l2-transport/l2-protocols/l2-protocol[l2-protocol-name='cdp']\n"
+                "Ethernet0/0/1.5/l2-transport/l2-protocols/l2-protocol[l2-protocol-name='cdp']/action drop\n"
+                "Ethernet0/0/1.5/mtu 1500\n"
+                "Ethernet0/0/1.5/ethernet-service/encapsulation/outer-tag-type match-dot1q\n"
+                "Ethernet0/0/1.5/ethernet-service/encapsulation/outer-range1-low 7\n"
+                "Ethernet0/0/1.5/ethernet-service/rewrite/rewrite-type pop2\n"
+                "Ethernet0/0/1.6\n"
+                "Ethernet0/0/1.6/l2-transport\n"
+                "Ethernet0/0/2\n"
+                "Ethernet0/0/2/carrier-delay/up 6\n",
+                ""},
         Replace{"AListWithARemoveInIt", subs(kReplace, vlan_of(kRemove)), "remove Ethernet0/0/1.6\n" + kFiveGoes,
                 kOneStays +
                     "Ethernet0/0/1.5\n"
@@ -242,7 +269,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "Ethernet0/0/1.5/l2-transport/l2-protocols/l2-protocol[l2-protocol-name='cdp']/action drop\n"
                     "Ethernet0/0/1.5/mtu 1500\n"
                     "Ethernet0/0/1.5/ethernet-service/rewrite/rewrite-type pop2\n"
-                    "Ethernet0/0/1.6\n" +
+                    "Ethernet0/0/1.6\n"
+                    "Ethernet0/0/1.6/l2-transport\n" +
                     kTwoStays,
                 "Ethernet0/0/1.5: stays, and OpenConfig does not say it: "
                 "l2-transport/l2-protocols/l2-protocol[l2-protocol-name='cdp']/action \"drop\", mtu \"1500\", "

@@ -133,6 +133,38 @@ INSTANTIATE_TEST_SUITE_P(
              "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/openconfig-if-ethernet:ethernet/"
              "openconfig-vlan:switched-vlan/config/trunk-vlans[.='13']: absent -> '13'\n",
              "Ethernet0/0/1/vlan-trunk-configuration/vlan-switched/trunk-vla-ns: '7,9,11' -> '9,7,13'\n"},
+        Pair{
+            "AnotherOrderAndOneMore",
+            ids({{"outer-range1-low", "10"}, {"outer-range1-high", "4097"}, {"additional-range1-low", "30"}}),
+            ids({{"outer-range1-low", "30"},
+                 {"outer-range1-high", "4097"},
+                 {"additional-range1-low", "10"},
+                 {"additional-range2-low", "50"}}),
+            "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/subinterfaces/subinterface[index='100']/"
+            "openconfig-vlan:vlan/match/single-tagged-list/config/vlan-ids[.='50']: absent -> '50'\n",
+            "Ethernet0/0/1.100/ethernet-service/encapsulation/outer-range1-low: '10' -> '30'\n"
+            "Ethernet0/0/1.100/ethernet-service/encapsulation/additional-range1-low: '30' -> '10'\n"},
+        Pair{"AnotherOrderBelow",
+             native_of({{"Ethernet0/0/1", "<description>d</description>"},
+                        {kSub, encapsulation({{"outer-tag-type", "match-dot1q"},
+                                              {"outer-range1-low", "10"},
+                                              {"outer-range1-high", "4097"},
+                                              {"additional-range1-low", "30"}})}}),
+             native_of({{"Ethernet0/0/1", "<description>e</description>"},
+                        {kSub, encapsulation({{"outer-tag-type", "match-dot1q"},
+                                              {"outer-range1-low", "30"},
+                                              {"outer-range1-high", "4097"},
+                                              {"additional-range1-low", "10"}})}}),
+             "/openconfig-interfaces:interfaces/interface[name='Ethernet0/0/1']/config/description: 'd' -> 'e'\n",
+             "Ethernet0/0/1.100/ethernet-service/encapsulation/outer-range1-low: '10' -> '30'\n"
+             "Ethernet0/0/1.100/ethernet-service/encapsulation/additional-range1-low: '30' -> '10'\n"},
+        Pair{"OneReadsAsTheOther",
+             sub(layer() + vlan_identifier({{"vlan-type", "vlan-type-dot1q"}, {"first-tag", "7"}})),
+             ids({{"outer-range1-low", "7"}}), "",
+             "Ethernet0/0/1.100/vlan-sub-configuration/vlan-identifier/vlan-type: 'vlan-type-dot1q' -> absent\n"
+             "Ethernet0/0/1.100/vlan-sub-configuration/vlan-identifier/first-tag: '7' -> absent\n"
+             "Ethernet0/0/1.100/ethernet-service/encapsulation/outer-tag-type: absent -> 'match-dot1q'\n"
+             "Ethernet0/0/1.100/ethernet-service/encapsulation/outer-range1-low: absent -> '7'\n"},
         Pair{"AnEntryThatHoldsThePlaceOfAnother", sub(layer()), native_of({{"Ethernet0/0/1", ""}, {kSub, layer()}}), "",
              "Ethernet0/0/1/interface-name: absent -> 'Ethernet0/0/1'\n"},
         Pair{"ANameThatIsNone", native_of({{"Ethernet0/0/1.007", "<description>d</description>"}}), native_of({}), "",
