@@ -59,7 +59,7 @@ class Check {
   void check(const lyd_node* node, Operation outer) {
     const Operation own = operation_of(node, outer);
     if (node->schema == nullptr || is_term(node->schema) || removes(own)) return;
-    for (const Bounds& bounds : kBounds) check_bounds(node, bounds);
+    for (const Bounds& bounds : kBounds) check_bounds(node, bounds, own);
     check_trunks(node, own);
     check_tag(node, own);
     const lyd_node* child = nullptr;
@@ -77,9 +77,15 @@ class Check {
     return result == LY_SUCCESS ? found : nullptr;
   }
 
-  void check_bounds(const lyd_node* container, const Bounds& bounds) const {
-    const lyd_node* const asked_low = child_named(container, bounds.low);
-    const lyd_node* const asked_high = child_named(container, bounds.high);
+  // The leaf of this name, unless the operation none leaves it alone.
+  static const lyd_node* asked(const lyd_node* container, const char* name, Operation own) {
+    const lyd_node* const leaf = child_named(container, name);
+    return leaf == nullptr || operation_of(leaf, own) == Operation::none ? nullptr : leaf;
+  }
+
+  void check_bounds(const lyd_node* container, const Bounds& bounds, Operation own) const {
+    const lyd_node* const asked_low = asked(container, bounds.low, own);
+    const lyd_node* const asked_high = asked(container, bounds.high, own);
     if (asked_low == nullptr && asked_high == nullptr) return;
     const lyd_node* const there = resulting(container);
     const lyd_node* const low = there == nullptr ? nullptr : child_named(there, bounds.low);
