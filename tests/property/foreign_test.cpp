@@ -201,7 +201,8 @@ class Foreign : public testing::Test {
                           known.find("<interface-name>" + stand.entry + "</interface-name>") != std::string::npos;
       const auto now = after.find(text);
       // An entry of a list in it goes with all that it holds.
-      const bool in_list = stand.place.find("l2-protocol/") != std::string::npos || stand.place.ends_with("l2-protocol");
+      const bool in_list =
+          stand.place.find("l2-protocol/") != std::string::npos || stand.place.ends_with("l2-protocol");
       const bool stays = stands && !(in_list && now == after.end());
       if (!stays && now != after.end()) return "outlives its entry: " + text;
       if (stays == gone.contains(text)) return "told wrongly: " + text;

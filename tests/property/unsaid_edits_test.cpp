@@ -207,7 +207,9 @@ class Edits : public testing::TestWithParam<Models> {
     const Native fresh = observe_native(host.running());
     for (const auto& each : bare) {
       ++seen_[each.second == before.at(each.first) ? "replaced entries of a layer alone" : "replaced entries"];
-      const Native should{{each.first, fresh.contains(each.first) ? fresh.at(each.first) : Entry()}};
+      Entry wanted = fresh.contains(each.first) ? fresh.at(each.first) : Entry();
+      keep_stored_text(wanted, after.at(each.first));
+      const Native should{{each.first, std::move(wanted)}};
       const Native is{{each.first, after.at(each.first)}};
       if (should != is) return "replaced\n--- should be\n" + to_text(should) + "--- is\n" + to_text(is);
     }
