@@ -108,7 +108,7 @@ std::string encapsulation_words(const lyd_node* encapsulation) {
   const bool has_inner = child(encapsulation, "inner-range1-low") != nullptr ||
                          child(encapsulation, "inner-range1-high") != nullptr || !inner_type.empty();
   const bool outer_list = !has_inner || value(encapsulation, "outer-range1-high") == "4097";
-  const std::string outer = native_ids(encapsulation, "outer-range1-low", "outer-range1-high", outer_list);
+  std::string outer = native_ids(encapsulation, "outer-range1-low", "outer-range1-high", outer_list);
   if (!has_inner && outer_type == "dot1q" && !outer.empty()) return outer;
   std::string text = outer_type;
   add(text, " ", outer);

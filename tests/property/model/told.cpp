@@ -10,15 +10,15 @@ namespace property {
 
 std::vector<std::string> settings_of(const Entry& leaves) {
   std::vector<std::string> settings;
-  for (const auto& [path, value] : leaves) {
+  for (const auto& leaf : leaves) {
+    const std::string& path = leaf.first;
+    const std::string& value = leaf.second;
     const std::string parent = path.substr(0, path.rfind('/') + 1);
-    const bool others = std::any_of(leaves.begin(), leaves.end(), [&](const auto& other) {
+    const bool is_key = parent.ends_with("[" + path.substr(parent.size()) + "='" + value + "']/");
+    const bool is_in_others = std::any_of(leaves.begin(), leaves.end(), [&](const auto& other) {
       return other.first != path && other.first.starts_with(parent);
     });
-    if (parent.ends_with("']/") && parent.ends_with("[" + path.substr(parent.size()) + "='" + value + "']/") &&
-        others) {
-      continue;
-    }
+    if (is_key && is_in_others) continue;
     settings.push_back(path + (value.empty() ? "" : " \"" + value + "\""));
   }
   return settings;
