@@ -23,7 +23,7 @@ constexpr char kLayer[] = "l2-transport";
 
 // A native leaf that writing back makes. `within` tells entries of inner lists apart by their keys.
 struct WrittenLeaf {
-  const lysc_node* schema;
+  const lysc_node* schema = nullptr;
   std::string within;
   std::string value;
   bool matched = false;
@@ -322,8 +322,8 @@ std::string path_below(const lyd_node* entry, const lysc_node* schema) {
   for (; schema != nullptr && schema != entry->schema; schema = schema->parent) {
     if ((schema->nodetype & (LYS_CHOICE | LYS_CASE)) != 0) continue;
     const bool other_module = schema->parent == nullptr || schema->parent->module != schema->module;
-    path =
-        fmt::format("/{}{}{}", other_module ? schema->module->name : "", other_module ? ":" : "", schema->name) + path;
+    const std::string module = other_module ? fmt::format("{}:", schema->module->name) : "";
+    path = fmt::format("/{}{}{}", module, schema->name, path);
   }
   return path_of(entry) + path;
 }

@@ -31,7 +31,9 @@ class Replaced {
  public:
   explicit Replaced(const Request& request) {
     const bool everything = own(request.interfaces, request.default_operation) == Op::replace;
-    for (const Element& interface : request.interfaces.children) add(interface, everything);
+    for (const Element& interface : request.interfaces.children) {
+      if (!removes(interface.op)) add(interface, everything);
+    }
   }
 
   std::vector<std::string> names;
