@@ -39,12 +39,6 @@ const lyd_node* find_container(const lyd_node* node, std::string_view name) {
   return nullptr;
 }
 
-const lyd_node* find(const Data& data, const std::string& path) {
-  lyd_node* found = nullptr;
-  if (data.empty() || lyd_find_path(data.get(), path.c_str(), 0, &found) != LY_SUCCESS) return nullptr;
-  return found;
-}
-
 bool has_leaves(const lyd_node* node) {
   if (node == nullptr) return false;
   if (is_term(node->schema)) return (node->flags & LYD_DEFAULT) == 0;
@@ -180,8 +174,8 @@ class Rewriter {
     for (const lyd_node* const instance : unit.instances) {
       if (left_to_plugin(document_, instance, Operation::merge)) return;
     }
-    const lyd_node* const before = find(before_, unit.path);
-    const lyd_node* const after = find(expected_, unit.path);
+    const lyd_node* const before = node_at(before_, unit.path);
+    const lyd_node* const after = node_at(expected_, unit.path);
     const std::vector<const lyd_node*> natives = native_containers(unit.instances.front());
     const bool goes = before != nullptr && loses(before, after);
     bool whole_lists = unit.instances.size() > 1;

@@ -21,12 +21,6 @@ namespace {
 
 using Paths = std::unordered_set<std::string>;
 
-const lyd_node* find(const Data& data, const std::string& path) {
-  lyd_node* found = nullptr;
-  if (data.empty() || lyd_find_path(data.get(), path.c_str(), 0, &found) != LY_SUCCESS) return nullptr;
-  return found;
-}
-
 void collect_unsaid(const ReadResult& reading, Paths& paths) {
   for (const Unsaid& each : reading.unsaid) paths.insert(each.path);
   for (const Misreading& each : reading.misread) paths.insert(each.makes.begin(), each.makes.end());
@@ -38,7 +32,7 @@ const lyd_node* reading_of(const Data& reading, std::string_view native_name) {
   if (!is_interface_name(native_name)) return nullptr;
   std::string path = "/openconfig-interfaces:interfaces/interface" + predicate("name", name.name);
   if (name.is_subinterface()) path += "/subinterfaces/subinterface" + predicate("index", name.index);
-  return find(reading, path);
+  return node_at(reading, path);
 }
 
 // The entries of the leaf-lists in a node that are in another one as well.
@@ -75,7 +69,7 @@ class Judgement {
 
   // Whether a difference has to be told beside those of the readings.
   bool is_untold(const Delta& delta) const {
-    const lyd_node* const node = find(delta.was_present ? before_.native : after_.native, delta.path);
+    const lyd_node* const node = node_at(delta.was_present ? before_.native : after_.native, delta.path);
     if (node == nullptr || !is_covered(node->schema) || !is_term(node->schema)) return true;
     const lyd_node* const entry = lyd_parent(node);
     const bool names_entry = lysc_is_key(node->schema) && lyd_parent(lyd_parent(entry)) == nullptr;
@@ -111,7 +105,7 @@ Named named_in(const NativeSide& before, const NativeSide& after, const std::vec
   Named all;
   for (const Delta& delta : deltas) {
     all.leaves.insert(delta.path);
-    const lyd_node* node = find(delta.was_present ? before.native : after.native, delta.path);
+    const lyd_node* node = node_at(delta.was_present ? before.native : after.native, delta.path);
     while (node != nullptr && (node = lyd_parent(node)) != nullptr) all.around.insert(path_of(node));
   }
   return all;

@@ -34,13 +34,6 @@ void collect_leaves(const lyd_node* node, std::vector<const lyd_node*>& leaves) 
   }
 }
 
-bool is_ancestor_or_self(const lyd_node* above, const lyd_node* node) {
-  for (; node != nullptr; node = node->parent == nullptr ? nullptr : &node->parent->node) {
-    if (node == above) return true;
-  }
-  return false;
-}
-
 // One native entry handed to the plug-ins' walkers.
 class EntryWalk {
  public:

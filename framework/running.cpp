@@ -53,6 +53,19 @@ bool named(const lyd_node* node, std::string_view name) {
   return node != nullptr && name == LYD_NAME(node);
 }
 
+bool is_ancestor_or_self(const lyd_node* above, const lyd_node* node) {
+  for (; node != nullptr; node = lyd_parent(node)) {
+    if (node == above) return true;
+  }
+  return false;
+}
+
+const lyd_node* node_at(const Data& data, const std::string& path) {
+  lyd_node* found = nullptr;
+  if (data.empty() || lyd_find_path(data.get(), path.c_str(), 0, &found) != LY_SUCCESS) return nullptr;
+  return found;
+}
+
 const lyd_node* child_named(const lyd_node* parent, std::string_view name) {
   const lyd_node* child = nullptr;
   LY_LIST_FOR(lyd_child(parent), child) {

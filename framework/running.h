@@ -83,6 +83,12 @@ bool is_l2(const lyd_node* entry);
 // True for a node of that name; a null node has none.
 bool named(const lyd_node* node, std::string_view name);
 
+// True for a node and for all that stand above it.
+bool is_ancestor_or_self(const lyd_node* above, const lyd_node* node);
+
+// The node at an instance path; null when there is none.
+const lyd_node* node_at(const Data& data, const std::string& path);
+
 // The child of a node by its schema name; null when there is none.
 const lyd_node* child_named(const lyd_node* parent, std::string_view name);
 

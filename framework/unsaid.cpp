@@ -31,13 +31,6 @@ struct WrittenLeaf {
 
 using Written = std::vector<WrittenLeaf>;
 
-bool is_ancestor_or_self(const lyd_node* above, const lyd_node* node) {
-  for (; node != nullptr; node = lyd_parent(node)) {
-    if (node == above) return true;
-  }
-  return false;
-}
-
 bool is_config(const lyd_node* node) {
   return (node->schema->flags & LYS_CONFIG_R) == 0;
 }
