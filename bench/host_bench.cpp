@@ -2,7 +2,7 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
-#include "framework/host.h"
+#include "yfw-host/host.h"
 
 namespace {
 

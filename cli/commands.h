@@ -7,8 +7,8 @@
 
 #include "cli/files.h"
 #include "cli/options.h"
-#include "framework/data.h"
-#include "framework/host.h"
+#include "yfw-host/data.h"
+#include "yfw-host/host.h"
 
 namespace ocvlan {
 

@@ -7,8 +7,9 @@
 
 #include "cli/commands.h"
 #include "cli/message.h"
-#include "framework/edit_config.h"
-#include "framework/native_diff.h"
+#include "yfw-host/compare.h"
+#include "yfw-host/host.h"
+#include "yfw-host/text.h"
 
 namespace ocvlan {
 namespace {

@@ -12,7 +12,7 @@
 #include <filesystem>
 
 #include "cli/output.h"
-#include "framework/error.h"
+#include "yfw-host/error.h"
 
 namespace ocvlan {
 namespace {

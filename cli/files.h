@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "cli/descriptor.h"
-#include "framework/data.h"
+#include "yfw-host/data.h"
 
 namespace ocvlan {
 

@@ -12,7 +12,8 @@
 #include "cli/options.h"
 #include "cli/output.h"
 #include "cli/report.h"
-#include "framework/error.h"
+#include "yfw-host/error.h"
+#include "yfw-host/text.h"
 
 namespace ocvlan {
 namespace {
@@ -45,7 +46,7 @@ void complain(std::string_view message) {
 // What was refused stays refused, whatever becomes of the document that says so.
 void write_refusal(const yfw::RpcError& error, yfw::Format format) {
   try {
-    write_output("", rpc_error(error, format));
+    write_output("", yfw::rpc_error(error, format));
   } catch (const yfw::Unreadable& unwritten) {
     complain(unwritten.what());
   } catch (const ReaderGone&) {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "framework/data.h"
-#include "framework/host.h"
+#include "yfw-host/data.h"
+#include "yfw-host/host.h"
 
 namespace ocvlan {
 

@@ -14,7 +14,7 @@
 #include <filesystem>
 
 #include "cli/descriptor.h"
-#include "framework/error.h"
+#include "yfw-host/error.h"
 
 namespace ocvlan {
 namespace {

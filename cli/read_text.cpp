@@ -10,7 +10,9 @@
 
 #include "cli/commands.h"
 #include "cli/message.h"
-#include "framework/vlan_words.h"
+#include "yfw-host/host.h"
+#include "yfw-host/text.h"
+#include "yfw-host/words.h"
 
 namespace ocvlan {
 namespace {

@@ -6,24 +6,14 @@
 #include <string_view>
 #include <vector>
 
-#include "framework/data.h"
-#include "framework/error.h"
-#include "framework/host.h"
+#include "yfw-host/data.h"
+#include "yfw-host/error.h"
+#include "yfw-host/host.h"
 
 namespace ocvlan {
 
-// The text inside an XML element, and inside the quotes of a JSON string.
-std::string xml_text(std::string_view text);
-std::string json_text(std::string_view text);
-
-// XML namespace declarations for the modules that an instance path names, each after a blank.
-std::string prefix_declarations(const std::string& path);
-
 // "ocvlan: refused: PATH: MESSAGE", naming the element where neither of them does.
 std::string refusal_line(const yfw::RpcError& error);
-
-// The error as RFC 6241 writes it, or as RFC 8040 does in JSON, with the severity.
-std::string rpc_error(const yfw::RpcError& error, yfw::Format format);
 
 // "warning: PATH: MESSAGE"
 std::string warning_line(const yfw::Warning& warning);

@@ -13,7 +13,8 @@
 
 #include "cli/commands.h"
 #include "cli/message.h"
-#include "cli/report.h"
+#include "yfw-host/host.h"
+#include "yfw-host/text.h"
 
 namespace ocvlan {
 namespace {
@@ -140,7 +141,7 @@ std::vector<Difference> differences(const yfw::Data& data) {
 
 std::string xml_elements(const char* name, const Values& values) {
   std::string text;
-  for (const std::string& value : values) text += fmt::format("    <{0}>{1}</{0}>\n", name, xml_text(value));
+  for (const std::string& value : values) text += fmt::format("    <{0}>{1}</{0}>\n", name, yfw::xml_text(value));
   return text;
 }
 
@@ -148,8 +149,9 @@ std::string as_xml(const std::vector<Difference>& differences) {
   if (differences.empty()) return "<differences/>\n";
   std::string text = "<differences>\n";
   for (const Difference& each : differences) {
-    text += fmt::format("  <difference>\n    <path{}>{}</path>\n{}{}  </difference>\n", prefix_declarations(each.path),
-                        xml_text(each.path), xml_elements("configured", each.configured), xml_elements("up", each.up));
+    text +=
+        fmt::format("  <difference>\n    <path{}>{}</path>\n{}{}  </difference>\n", yfw::prefix_declarations(each.path),
+                    yfw::xml_text(each.path), xml_elements("configured", each.configured), xml_elements("up", each.up));
   }
   return text + "</differences>\n";
 }
@@ -157,7 +159,7 @@ std::string as_xml(const std::vector<Difference>& differences) {
 std::string json_strings(const Values& values) {
   std::string text;
   for (const std::string& value : values) {
-    text += fmt::format("{}\"{}\"", text.empty() ? "" : ", ", json_text(value));
+    text += fmt::format("{}\"{}\"", text.empty() ? "" : ", ", yfw::json_text(value));
   }
   return "[" + text + "]";
 }
@@ -166,7 +168,7 @@ std::string as_json(const std::vector<Difference>& differences) {
   std::string text;
   for (const Difference& each : differences) {
     text += fmt::format("{}\n    {{\n      \"path\": \"{}\",\n      \"configured\": {},\n      \"up\": {}\n    }}",
-                        text.empty() ? "" : ",", json_text(each.path), json_strings(each.configured),
+                        text.empty() ? "" : ",", yfw::json_text(each.path), json_strings(each.configured),
                         json_strings(each.up));
   }
   return "{\n  \"differences\": [" + text + (text.empty() ? "" : "\n  ") + "]\n}\n";

@@ -1,5 +1,5 @@
 // The host: models, plug-ins and the running configuration, and every request as one call.
-#include "framework/host.h"
+#include "yfw-host/host.h"
 
 #include <fmt/format.h>
 #include <libyang/libyang.h>
@@ -8,15 +8,22 @@
 #include <optional>
 #include <unordered_set>
 
-#include "framework/documents.h"
-#include "framework/edit.h"
-#include "framework/filter.h"
-#include "framework/models.h"
-#include "framework/operational.h"
-#include "framework/plugin.h"
-#include "framework/reader.h"
-#include "framework/running.h"
-#include "framework/unsaid.h"
+#include "framework/datastore/running.h"
+#include "framework/datastore/select.h"
+#include "framework/documents/documents.h"
+#include "framework/edit/edit.h"
+#include "framework/read/operational.h"
+#include "framework/read/reader.h"
+#include "framework/read/unsaid.h"
+#include "framework/tree/entries.h"
+#include "framework/tree/foreign.h"
+#include "framework/tree/models.h"
+#include "framework/tree/nodes.h"
+#include "framework/tree/schema.h"
+#include "framework/walk/environment.h"
+#include "framework/walk/plugin.h"
+#include "yfw-host/data.h"
+#include "yfw-host/error.h"
 
 namespace yfw {
 
@@ -40,8 +47,8 @@ struct Host::Impl {
         models(options.yang_dir, options.openconfig_dir, options.models_dirs),
         paths(models.get()) {}
 
-  Surroundings around() {
-    Surroundings result;
+  Environment environment() {
+    Environment result;
     result.models = models.get();
     result.paths = &paths;
     result.plugins = &plugins;
@@ -54,7 +61,7 @@ struct Host::Impl {
 
   PreparedEdit prepare(const Document& request) {
     if (plugins.empty()) throw Unreadable("no plug-in is loaded");
-    return prepare_edit(around(), leaves, parse_edit(models.get(), request, options.default_operation),
+    return prepare_edit(environment(), leaves, parse_edit(models.get(), request, options.default_operation),
                         {options.verify, options.ignore_unmapped, !options.models_dirs.empty()});
   }
 
@@ -69,7 +76,7 @@ struct Host::Impl {
                         : parse_filter(models.get(), document, &selects_nothing);
     }
     if (selects_nothing) return false;
-    return prune_filter(around(), leaves, filter, warnings);
+    return prune_filter(environment(), leaves, filter, warnings);
   }
 
   // What is left out of an answer stands in the trace too, among the calls that led to it.
@@ -108,19 +115,19 @@ struct Host::Impl {
     if (operational != nullptr) state = parse_operational(models.get(), *operational, &result.warnings);
     const std::vector<Contradiction> contradictions = keep_last_told(state);
     FetchSet fetch;
-    if (!filter.empty()) fetch = collect_paths(around(), filter, operational != nullptr).set;
+    if (!filter.empty()) fetch = collect_paths(environment(), filter, operational != nullptr).set;
     if (selects_names(filter)) fetch.ask_for_names();
     std::vector<const lyd_node*> entries;
     if (running.has_value()) entries = running->entries();
-    Data all = read_entries(around(), entries, fetch, operational == nullptr ? nullptr : &state, result.warnings);
+    Data all = read_entries(environment(), entries, fetch, operational == nullptr ? nullptr : &state, result.warnings);
     const Data unjudged = filter.empty() ? Data() : all.clone();
     std::vector<Warning> invalid;
     make_valid(models.get(), all, invalid);
     keep_selected(invalid, unjudged, filter);
     std::move(invalid.begin(), invalid.end(), std::back_inserter(result.warnings));
     if (filter.empty()) {
-      report_unsaid(judge_reading(around(), entries, all), result);
-      report_unsaid_state(around(), state, nullptr, result);
+      report_unsaid(judge_reading(environment(), entries, all), result);
+      report_unsaid_state(environment(), state, nullptr, result);
       result.data = std::move(all);
     } else {
       result.data = select(all, filter);
@@ -155,8 +162,8 @@ struct Host::Impl {
     std::vector<const lyd_node*> judged;
     if (running.has_value()) judged = running->entries();
     std::erase_if(judged, [&](const lyd_node* entry) { return !is_whole(entry) && asked_of(entry).empty(); });
-    report_unsaid(judge_reading(around(), judged, all, scope), result);
-    report_unsaid_state(around(), state, scope, result);
+    report_unsaid(judge_reading(environment(), judged, all, scope), result);
+    report_unsaid_state(environment(), state, scope, result);
   }
 
   HostOptions options;
@@ -230,7 +237,7 @@ FetchResult Host::fetch(const Document& filter, bool with_state) {
   FetchResult result;
   Data parsed;
   if (!impl_->take_filter(filter, parsed, result.warnings)) return result;
-  result.paths = collect_paths(impl_->around(), parsed, with_state).paths;
+  result.paths = collect_paths(impl_->environment(), parsed, with_state).paths;
   return result;
 }
 

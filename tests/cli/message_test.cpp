@@ -6,9 +6,10 @@
 
 #include <random>
 
-#include "framework/utf8.h"
+#include "framework/tree/utf8.h"
 #include "run.h"
 #include "samples.h"
+#include "yfw-host/text.h"
 
 namespace cli_test {
 namespace {
@@ -201,7 +202,7 @@ TEST_F(Documents, OfARefusalAreWellFormed) {
 
 struct Broken {
   const char* name;
-  Surroundings surroundings;
+  Environment surroundings;
 };
 
 struct Finish {
@@ -237,7 +238,7 @@ TEST_F(Documents, AreTheSameWhereNobodyCanBeTold) {
     EXPECT_EQ(whole.exit_code, each.exit_code) << each.name << "\n" << whole;
     EXPECT_NE(whole.err, "") << each.name;
     for (const Broken& stream : streams) {
-      Surroundings surroundings = stream.surroundings;
+      Environment surroundings = stream.surroundings;
       surroundings.folder = folder.path("");
       const Outcome outcome = run(each.arguments, surroundings);
       EXPECT_EQ(outcome.exit_code, whole.exit_code) << each.name << ", " << stream.name << "\n" << outcome;

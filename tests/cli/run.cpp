@@ -28,7 +28,7 @@ int unread_pipe() {
 }
 
 // Between fork and exec, where only plain system calls are safe.
-[[noreturn]] void become(char* const* arguments, const Folder& files, const Surroundings& surroundings) {
+[[noreturn]] void become(char* const* arguments, const Folder& files, const Environment& surroundings) {
   const int in = open(files.path("in").c_str(), O_RDONLY);
   const int err = surroundings.error_reader_gone
                       ? unread_pipe()
@@ -64,7 +64,7 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
                 << outcome.err;
 }
 
-Outcome run(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
+Outcome run(const std::vector<std::string>& arguments, const Environment& surroundings) {
   const Folder files;
   files.file("in", surroundings.input);
   files.file("out", "");

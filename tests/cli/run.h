@@ -22,7 +22,7 @@ struct Outcome {
 // All of it, for failure messages.
 std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
 
-struct Surroundings {
+struct Environment {
   std::string input = "";                                           // standard input
   std::vector<std::pair<std::string, std::string>> variables = {};  // of the environment, beside those there are
   std::optional<std::string> output_file = {};                      // standard output goes there instead
@@ -37,7 +37,7 @@ struct Surroundings {
 };
 
 // Runs the tool and waits for it.
-Outcome run(const std::vector<std::string>& arguments, const Surroundings& surroundings = {});
+Outcome run(const std::vector<std::string>& arguments, const Environment& surroundings = {});
 
 // A folder that goes with everything in it.
 class Folder {

@@ -1,10 +1,10 @@
 // Why leaves read back differently: the cause goes by what was asked, what was there and what reads back.
-#include "framework/causes.h"
+#include "framework/vlan/causes.h"
 
 #include <gtest/gtest.h>
 
-#include "framework/host.h"
 #include "models_of_tests.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

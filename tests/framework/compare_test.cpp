@@ -1,8 +1,9 @@
 // Differences of two configurations, in order and with both values.
 #include <gtest/gtest.h>
 
-#include "framework/edit_config.h"
+#include "framework/datastore/apply.h"
 #include "small_model.h"
+#include "yfw-host/compare.h"
 
 namespace yfw::test {
 namespace {

@@ -1,5 +1,5 @@
 // Owned trees: moved, copied, printed.
-#include "framework/data.h"
+#include "yfw-host/data.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,8 @@
 
 #include <array>
 
-#include "framework/documents.h"
+#include "framework/documents/documents.h"
+#include "framework/tree/models.h"
 #include "models_of_tests.h"
 
 namespace yfw::test {

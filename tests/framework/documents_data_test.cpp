@@ -1,7 +1,8 @@
 // Native documents: running configurations that are right or refused, and dumps of which the good part is used.
 #include <gtest/gtest.h>
 
-#include "framework/documents.h"
+#include "framework/datastore/running.h"
+#include "framework/documents/documents.h"
 #include "models_of_tests.h"
 
 namespace yfw::test {

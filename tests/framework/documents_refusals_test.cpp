@@ -1,7 +1,7 @@
 // Requests that are well-formed and wrong: one case each, with the whole answer.
 #include <gtest/gtest.h>
 
-#include "framework/documents.h"
+#include "framework/documents/documents.h"
 #include "models_of_tests.h"
 
 namespace yfw::test {

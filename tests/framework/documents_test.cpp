@@ -1,11 +1,14 @@
 // Edits as they are understood: envelopes, operations, values and their namespaces, in XML and in JSON.
-#include "framework/documents.h"
+#include "framework/documents/documents.h"
 
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
 
 #include <map>
 
+#include "framework/tree/models.h"
+#include "framework/tree/nodes.h"
+#include "framework/tree/schema.h"
 #include "models_of_tests.h"
 
 namespace yfw::test {

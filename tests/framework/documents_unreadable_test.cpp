@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "framework/documents.h"
+#include "framework/documents/documents.h"
 #include "models_of_tests.h"
 
 namespace yfw::test {

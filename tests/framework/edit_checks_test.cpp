@@ -1,10 +1,11 @@
 // What is refused before a plug-in sees it, and what nobody has to map because it asks for nothing.
 #include <gtest/gtest.h>
 
-#include "framework/host.h"
-#include "framework/schema.h"
-#include "framework/sibling.h"
+#include "framework/tree/models.h"
+#include "framework/tree/schema.h"
+#include "framework/walk/interfaces_walker.h"
 #include "models_of_tests.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

@@ -6,7 +6,7 @@
 #include <set>
 #include <vector>
 
-#include "framework/edit_config.h"
+#include "framework/datastore/apply.h"
 #include "small_model.h"
 
 namespace yfw::test {

@@ -1,8 +1,9 @@
 // Each operation on each kind of node, there and not there.
-#include "framework/edit_config.h"
+#include "framework/datastore/apply.h"
 
 #include <gtest/gtest.h>
 
+#include "framework/documents/documents.h"
 #include "small_model.h"
 
 namespace yfw::test {

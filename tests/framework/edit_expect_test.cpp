@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
 
-#include "framework/edit.h"
+#include "framework/documents/documents.h"
+#include "framework/edit/edit.h"
+#include "framework/read/reader.h"
+#include "framework/walk/environment.h"
 #include "models_of_tests.h"
 
 namespace yfw::test {
@@ -33,7 +36,7 @@ std::string expected(const Data& before) {
   return outcome_of([&] {
     const EditDocument edit =
         parse_edit(compact_models().get(), {kEmptyEdit, Format::xml, "request"}, Operation::merge);
-    Surroundings around;
+    Environment around;
     around.models = compact_models().get();
     std::vector<Warning> warnings;
     return flat(expect(around, edit, before, warnings).data);

@@ -1,11 +1,14 @@
 // Replaces of entries: the entry and its layer stay, and nothing else of the covered modules.
 #include <gtest/gtest.h>
 
-#include "framework/edit_config.h"
+#include "framework/datastore/apply.h"
 
-#include "framework/schema.h"
+#include "framework/tree/nodes.h"
+#include "framework/tree/schema.h"
 #include "models_of_tests.h"
 #include "native_entries.h"
+#include "yfw-host/compare.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

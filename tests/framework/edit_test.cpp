@@ -2,7 +2,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include "framework/host.h"
+#include "yfw-host/host.h"
 
 namespace yfw {
 namespace {

@@ -1,8 +1,8 @@
 // Actions that put on a tag whose id nobody says.
 #include <gtest/gtest.h>
 
-#include "framework/host.h"
 #include "models_of_tests.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

@@ -1,8 +1,9 @@
 // Filters of every kind on data of every kind, filters that are refused, and paths as filters.
-#include "framework/filter.h"
+#include "framework/datastore/select.h"
 
 #include <gtest/gtest.h>
 
+#include "framework/documents/documents.h"
 #include "small_model.h"
 
 namespace yfw::test {

@@ -1,10 +1,11 @@
 // Foreign subtrees: what of a running configuration is in no loaded model comes out as it came in, where it was.
-#include "framework/foreign.h"
+#include "framework/tree/foreign.h"
 
 #include <gtest/gtest.h>
 
-#include "framework/host.h"
 #include "models_of_tests.h"
+#include "yfw-host/compare.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

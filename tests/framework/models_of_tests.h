@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <string>
 
-#include "framework/documents.h"
-#include "framework/error.h"
-#include "framework/models.h"
+#include "framework/documents/documents.h"
+#include "framework/tree/models.h"
+#include "yfw-host/error.h"
 
 namespace yfw::test {
 

@@ -1,5 +1,5 @@
 // Which modules are loaded from where, and what is said when one cannot be.
-#include "framework/models.h"
+#include "framework/tree/models.h"
 
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
@@ -9,7 +9,7 @@
 #include <fstream>
 #include <thread>
 
-#include "framework/schema.h"
+#include "framework/tree/schema.h"
 #include "models_of_tests.h"
 
 namespace yfw::test {

@@ -1,11 +1,12 @@
 // Differences of two native configurations that their readings do not show, in lines and as a tree.
-#include "framework/native_diff.h"
+#include "yfw-host/compare.h"
 
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
 
 #include "models_of_tests.h"
 #include "native_entries.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

@@ -7,7 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "framework/host.h"
+#include "framework/read/verdict.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 

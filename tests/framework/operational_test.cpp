@@ -1,10 +1,10 @@
 // Operational data of devices with several cards, and of names of any length.
-#include "framework/operational.h"
+#include "framework/read/operational.h"
 
 #include <gtest/gtest.h>
 
-#include "framework/host.h"
 #include "models_of_tests.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

@@ -1,9 +1,10 @@
 // Adds by path: what is created, which entry a list means, and how writes and removals meet.
-#include "framework/output_tree.h"
+#include "framework/walk/output_tree.h"
 
 #include <gtest/gtest.h>
 
-#include "framework/models.h"
+#include "framework/tree/models.h"
+#include "framework/tree/schema.h"
 
 namespace yfw {
 namespace {

@@ -4,7 +4,8 @@
 
 #include <thread>
 
-#include "framework/host.h"
+#include "framework/read/reader.h"
+#include "yfw-host/host.h"
 
 namespace yfw {
 namespace {

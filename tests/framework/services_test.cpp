@@ -3,9 +3,13 @@
 
 #include <cstdlib>
 
-#include "framework/documents.h"
-#include "framework/models.h"
-#include "framework/session.h"
+#include "framework/datastore/running.h"
+#include "framework/documents/documents.h"
+#include "framework/tree/models.h"
+#include "framework/tree/schema.h"
+#include "framework/walk/environment.h"
+#include "framework/walk/walk_state.h"
+#include "yfw-host/host.h"
 
 namespace yfw {
 namespace {
@@ -24,8 +28,8 @@ constexpr char kRunning[] = R"(<interface-configurations xmlns="http://vexnet.co
 
 class ServicesTest : public testing::Test {
  protected:
-  Surroundings around(Layer layer = Layer::from_running) {
-    Surroundings result;
+  Environment around(Layer layer = Layer::from_running) {
+    Environment result;
     result.models = models_.get();
     result.paths = &paths_;
     result.running = &running_;
@@ -66,7 +70,7 @@ class ServicesTest : public testing::Test {
 };
 
 TEST_F(ServicesTest, InterfaceManagerAnswersFromTheRunningConfiguration) {
-  Session session(around(), kEdit);
+  WalkState session(around(), kEdit);
   session.enter_interface("Ethernet0/0/1", "100");
   EXPECT_EQ(asked_layer("Ethernet0_0_1.100"), 1);
   session.enter_interface("Ethernet0/0/1", "200");
@@ -76,7 +80,7 @@ TEST_F(ServicesTest, InterfaceManagerAnswersFromTheRunningConfiguration) {
 }
 
 TEST_F(ServicesTest, AnUnknownSubinterfaceIsToldOnceAndNotInAnImplicitWalk) {
-  Session session(around(), kEdit);
+  WalkState session(around(), kEdit);
   session.enter_interface("Ethernet0/0/1", "300");
   session.state().implicit_walk = 1;
   EXPECT_EQ(asked_layer("Ethernet0_0_1.300"), -1);
@@ -88,12 +92,12 @@ TEST_F(ServicesTest, AnUnknownSubinterfaceIsToldOnceAndNotInAnImplicitWalk) {
 }
 
 TEST_F(ServicesTest, TheLayerAskedForHoldsForUnknownSubinterfacesOnly) {
-  Session l2(around(Layer::l2), kEdit);
+  WalkState l2(around(Layer::l2), kEdit);
   l2.enter_interface("Ethernet0/0/1", "300");
   EXPECT_EQ(asked_layer("Ethernet0_0_1.300"), 1);
   l2.enter_interface("Ethernet0/0/1", "200");
   EXPECT_EQ(asked_layer("Ethernet0_0_1.200"), 0);
-  Session l3(around(Layer::l3), kEdit);
+  WalkState l3(around(Layer::l3), kEdit);
   l3.enter_interface("Ethernet0/0/1", "300");
   EXPECT_EQ(asked_layer("Ethernet0_0_1.300"), 0);
   EXPECT_TRUE(l3.taken_as_l3().empty());
@@ -101,13 +105,13 @@ TEST_F(ServicesTest, TheLayerAskedForHoldsForUnknownSubinterfacesOnly) {
 
 TEST_F(ServicesTest, ANameLongerThanTheLookUpCarriesIsStillTheCurrentOne) {
   const std::string name(70, 'x');
-  Session session(around(Layer::l2), kEdit);
+  WalkState session(around(Layer::l2), kEdit);
   session.enter_interface(name, "1");
   EXPECT_EQ(asked_layer(name.substr(0, 62).c_str()), 1);
 }
 
 TEST_F(ServicesTest, SystemDatabaseHoldsTheSwitchedMode) {
-  Session session(around(), kEdit);
+  WalkState session(around(), kEdit);
   EXPECT_EQ(switched_item("Ethernet0_0_1/vlan_trunk/vlan_switched"), 1);
   EXPECT_EQ(switched_item("Ethernet0_0_2/vlan_trunk/vlan_switched"), 0);
   EXPECT_EQ(switched_item("Ethernet0_0_3/vlan_trunk/vlan_switched"), -1);
@@ -125,7 +129,7 @@ TEST_F(ServicesTest, UnpackingRefusesWhatIsNoItem) {
 }
 
 TEST_F(ServicesTest, ErrorPathIsTheHierarchyAtTheFirstCall) {
-  Session session(around(), kEdit);
+  WalkState session(around(), kEdit);
   yfw_datatree key{};
   std::string name = "Ethernet0/0/1";
   key.tag = "name";
@@ -154,7 +158,7 @@ TEST_F(ServicesTest, ErrorPathIsTheHierarchyAtTheFirstCall) {
 }
 
 TEST_F(ServicesTest, AFailureWithoutErrorPathIsAtTheNodeEnteredLast) {
-  Session session(around(), kEdit);
+  WalkState session(around(), kEdit);
   yfw_datatree interfaces{};
   interfaces.tag = "interfaces";
   interfaces.ns = YFW_OPENCONFIG_INTERFACES_NS;
@@ -179,7 +183,7 @@ class RefusalTest : public ServicesTest, public testing::WithParamInterface<Refu
 
 TEST_P(RefusalTest, SaysItInNetconfsTerms) {
   const RefusalCase& tested = GetParam();
-  Session session(around(), kEdit);
+  WalkState session(around(), kEdit);
   if (tested.element != nullptr) session.state().error_tag = yfw_strdup(tested.element, "YFW MAP");
   if (tested.message != nullptr) session.state().error_message = yfw_strdup(tested.message, "YFW_MAP");
   const RpcError error = session.refusal(tested.code);
@@ -205,7 +209,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(ServicesTest, RequestQueries) {
   yfw_datatree node{};
-  const auto queries = [&](Session& session) {
+  const auto queries = [&](WalkState& session) {
     std::string answers;
     for (uint32_t operation = 0; operation <= 4; ++operation) {
       node.operation = operation;
@@ -214,17 +218,17 @@ TEST_F(ServicesTest, RequestQueries) {
     }
     return answers;
   };
-  Session edit(around(), kEdit);
+  WalkState edit(around(), kEdit);
   EXPECT_EQ(queries(edit), "a-a-a--d-d");
-  Session read(around(), kReadConfig);
+  WalkState read(around(), kReadConfig);
   EXPECT_EQ(queries(read), "-------d-d");
-  Session state(around(), kReadState);
+  WalkState state(around(), kReadState);
   EXPECT_EQ(queries(state), "-------d-d");
   EXPECT_EQ(yfw_map_is_request_delete(nullptr), 0);
 }
 
 TEST_F(ServicesTest, MatchingTextsAndNamespaces) {
-  Session session(around(), kEdit);
+  WalkState session(around(), kEdit);
   EXPECT_NE(yfw_map_do_these_match("a", "a"), 0);
   EXPECT_EQ(yfw_map_do_these_match("a", "ab"), 0);
   EXPECT_EQ(yfw_map_do_these_match(nullptr, nullptr), 0);
@@ -248,7 +252,7 @@ TEST_F(ServicesTest, BoundedCopies) {
 }
 
 TEST_F(ServicesTest, ReleasingForeignMemoryIsFound) {
-  Session session(around(), kEdit);
+  WalkState session(around(), kEdit);
   char* const copy = yfw_strdup("text", "YFW_MAP");
   ASSERT_STREQ(copy, "text");
   kos_named_free(copy);
@@ -259,13 +263,13 @@ TEST_F(ServicesTest, ReleasingForeignMemoryIsFound) {
 }
 
 TEST_F(ServicesTest, SessionsNestAndRestore) {
-  EXPECT_EQ(Session::running(), nullptr);
-  Session outer(around(), kEdit);
+  EXPECT_EQ(WalkState::running(), nullptr);
+  WalkState outer(around(), kEdit);
   {
-    const Session inner(around(), kReadConfig);
-    EXPECT_EQ(Session::running(), &inner);
+    const WalkState inner(around(), kReadConfig);
+    EXPECT_EQ(WalkState::running(), &inner);
   }
-  EXPECT_EQ(Session::running(), &outer);
+  EXPECT_EQ(WalkState::running(), &outer);
 }
 
 TEST_F(ServicesTest, WithoutASessionServicesRefuse) {
@@ -282,9 +286,9 @@ TEST_F(ServicesTest, TraceHasCallsLogsAndBufferLines) {
   const std::function<void(const TraceLine&)> sink = [&lines](const TraceLine& line) {
     lines.push_back(std::to_string(static_cast<int>(line.kind)) + std::to_string(line.level) + " " + line.text);
   };
-  Surroundings traced = around();
+  Environment traced = around();
   traced.trace = &sink;
-  Session session(traced, kEdit);
+  WalkState session(traced, kEdit);
   yfw_map_ctx* const ctx = session.ctx();
   EXPECT_NE(yfw_debug_should_log(&ctx->debug_filter, 0), 0);
   EXPECT_NE(ctx->trace_on, 0u);
@@ -303,9 +307,9 @@ TEST_F(ServicesTest, TraceHasCallsLogsAndBufferLines) {
 TEST_F(ServicesTest, EveryCallIsTraced) {
   std::vector<std::string> lines;
   const std::function<void(const TraceLine&)> sink = [&lines](const TraceLine& line) { lines.push_back(line.text); };
-  Surroundings traced = around();
+  Environment traced = around();
   traced.trace = &sink;
-  Session session(traced, kEdit);
+  WalkState session(traced, kEdit);
   yfw_map_ctx* const ctx = session.ctx();
   std::string tag = "vlan-id";
   std::string key = "5";

@@ -7,7 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "framework/documents.h"
+#include "framework/documents/documents.h"
+#include "framework/tree/models.h"
 #include "models_of_tests.h"
 
 namespace yfw::test {

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "framework/host.h"
 #include "models_of_tests.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 

@@ -10,9 +10,14 @@
 #include <map>
 #include <optional>
 
+#include "framework/documents/documents.h"
 #include "framework/oper_dump.h"
+#include "framework/read/state_shape.h"
+#include "framework/read/verdict.h"
 #include "framework/state_device.h"
+#include "framework/tree/schema.h"
 #include "property/model/random.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

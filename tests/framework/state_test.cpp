@@ -8,6 +8,7 @@
 
 #include "framework/oper_dump.h"
 #include "framework/state_device.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

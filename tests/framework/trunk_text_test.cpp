@@ -1,12 +1,14 @@
 // Texts of trunk VLANs: one form for all that say the same, and the stored one where nobody writes.
-#include "framework/trunk_text.h"
+#include "framework/vlan/trunk_text.h"
 
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
 
-#include "framework/edit_config.h"
-#include "framework/host.h"
+#include "framework/datastore/apply.h"
+#include "framework/documents/documents.h"
 #include "models_of_tests.h"
+#include "yfw-host/compare.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

@@ -1,9 +1,10 @@
 // What becomes of unsaid settings in edits: told, refused by a strict host, and named where something else is missing.
 #include <gtest/gtest.h>
 
-#include "framework/unsaid.h"
+#include "framework/read/unsaid.h"
 #include "models_of_tests.h"
 #include "native_entries.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "framework/state_device.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

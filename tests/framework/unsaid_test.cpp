@@ -1,10 +1,11 @@
 // What a reading leaves unsaid, in records and in words.
-#include "framework/unsaid.h"
+#include "framework/read/unsaid.h"
 
 #include <gtest/gtest.h>
 
 #include "models_of_tests.h"
 #include "native_entries.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

@@ -1,11 +1,11 @@
 // What is told of an edit that does not read back as asked, and what of one whose trunk has no room natively.
-#include "framework/verify.h"
+#include "framework/edit/verify.h"
 
 #include <gtest/gtest.h>
 
-#include "framework/host.h"
-#include "framework/trunk_text.h"
+#include "framework/vlan/trunk_text.h"
 #include "models_of_tests.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

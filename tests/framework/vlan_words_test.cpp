@@ -1,12 +1,13 @@
 // VLAN settings in words: what OpenConfig says, what a native container holds, and what of it OpenConfig does not say.
-#include "framework/vlan_words.h"
+#include "yfw-host/words.h"
 
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
 
-#include "framework/running.h"
+#include "framework/datastore/running.h"
 #include "models_of_tests.h"
 #include "native_entries.h"
+#include "yfw-host/host.h"
 
 namespace yfw::test {
 namespace {

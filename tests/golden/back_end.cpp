@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "cli/run.h"
-#include "framework/host.h"
 #include "golden/documents.h"
+#include "yfw-host/host.h"
 
 namespace golden_test {
 namespace {

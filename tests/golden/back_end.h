@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/data.h"
+#include "yfw-host/data.h"
 
 namespace golden_test {
 

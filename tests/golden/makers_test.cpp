@@ -1,8 +1,8 @@
 // The scripts that write devices and requests of any size write what hosts take.
 
 #include "cli/run.h"
-#include "framework/host.h"
 #include "golden/documents.h"
+#include "yfw-host/host.h"
 
 namespace golden_test {
 namespace {

@@ -1,5 +1,5 @@
 // Two native configurations, compared by their readings and natively: nothing differs only where nothing does.
-#include "framework/native_diff.h"
+#include "yfw-host/compare.h"
 
 #include <gtest/gtest.h>
 #include <libyang/libyang.h>
@@ -12,6 +12,7 @@
 #include "property/model/observe.h"
 #include "property/model/runner.h"
 #include "property/model/shrink.h"
+#include "yfw-host/host.h"
 
 namespace property {
 namespace {

@@ -7,13 +7,15 @@
 #include <map>
 #include <optional>
 
-#include "framework/edit_config.h"
+#include "framework/datastore/apply.h"
 #include "property/model/native_models.h"
 #include "property/model/observe.h"
 #include "property/model/runner.h"
 #include "property/model/shrink.h"
 #include "property/model/told.h"
 #include "property/model/writing_back.h"
+#include "yfw-host/compare.h"
+#include "yfw-host/host.h"
 
 namespace property {
 namespace {

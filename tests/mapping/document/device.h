@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "framework/host.h"
 #include "property/model/config.h"
 #include "property/model/native.h"
+#include "yfw-host/host.h"
 
 namespace mapping {
 

@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "framework/models.h"
-#include "framework/schema.h"
+#include "framework/tree/models.h"
+#include "framework/tree/schema.h"
 
 namespace mapping {
 

@@ -10,8 +10,8 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "framework/data.h"
-#include "framework/models.h"
+#include "framework/tree/models.h"
+#include "yfw-host/data.h"
 
 namespace property {
 

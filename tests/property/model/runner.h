@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "framework/host.h"
 #include "property/model/generator.h"
+#include "yfw-host/host.h"
 
 namespace property {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "framework/host.h"
 #include "property/model/unsaid.h"
+#include "yfw-host/host.h"
 
 namespace property {
 

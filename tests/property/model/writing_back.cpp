@@ -19,7 +19,7 @@ bool is_called(const lyd_node* node, const char* name) {
 }
 
 // What the plug-in sees as a whole.
-bool is_unit(const lyd_node* node) {
+bool is_whole_container(const lyd_node* node) {
   const lyd_node* const parent = lyd_parent(node);
   if (is_called(node, "config")) return is_called(parent, "switched-vlan");
   return is_called(parent, "vlan") && (is_called(node, "match") || is_called(node, "ingress-mapping"));
@@ -28,7 +28,7 @@ bool is_unit(const lyd_node* node) {
 void collect_parts(const lyd_node* node, std::vector<const lyd_node*>& parts) {
   const bool term = (node->schema->nodetype & (LYS_LEAF | LYS_LEAFLIST)) != 0;
   if (term && lysc_is_key(node->schema)) return;
-  if (term || is_unit(node)) return parts.push_back(node);
+  if (term || is_whole_container(node)) return parts.push_back(node);
   const lyd_node* child = nullptr;
   LY_LIST_FOR(lyd_child(node), child) {
     collect_parts(child, parts);

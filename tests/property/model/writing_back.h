@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "framework/host.h"
 #include "property/model/native.h"
+#include "yfw-host/host.h"
 
 namespace property {
 

@@ -1,0 +1,24 @@
+// The protocol elements around data: which ones there are, and what they say.
+#pragma once
+
+#include <optional>
+
+#include "framework/documents/source.h"
+#include "yfw-host/data.h"
+
+namespace yfw {
+
+enum class Envelope : std::uint8_t { edit, data, filter };
+
+struct Payload {
+  const Element* content = nullptr;                 // its children are the data
+  std::optional<Operation> default_operation = {};  // as <default-operation> says
+};
+
+// Throws Refused for protocol elements that mean something else than was asked for.
+Payload find_payload(const Source& source, Envelope wanted);
+
+// True for names of NETCONF itself: in its namespace or, as many write them, in none.
+bool is_netconf(const char* ns);
+
+}  // namespace yfw

@@ -1,0 +1,163 @@
+// What an edit will make of the configuration that is there.
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "framework/datastore/apply.h"
+#include "framework/datastore/compare.h"
+#include "framework/documents/documents.h"
+#include "framework/edit/edit.h"
+#include "framework/tree/nodes.h"
+#include "framework/tree/schema.h"
+#include "framework/vlan/trunk_text.h"
+#include "framework/walk/environment.h"
+#include "framework/walk/interfaces_walker.h"
+#include "yfw-host/compare.h"
+#include "yfw-host/data.h"
+#include "yfw-host/error.h"
+
+namespace yfw {
+
+namespace {
+
+lyd_node* child_of(const lyd_node* parent, const char* name) {
+  return const_cast<lyd_node*>(child_named(parent, name));
+}
+
+void add_if_missing(lyd_node* config, const char* leaf, const std::string& value) {
+  if (child_of(config, leaf) != nullptr) return;
+  lyd_new_term(config, config->schema->module, leaf, value.c_str(), 0, nullptr);
+}
+
+lyd_node* config_of(lyd_node* entry) {
+  lyd_node* config = child_of(entry, "config");
+  if (config == nullptr) lyd_new_inner(entry, entry->schema->module, "config", 0, &config);
+  return config;
+}
+
+}  // namespace
+
+void complete(Data& data) {
+  lyd_node* entry = nullptr;
+  LY_LIST_FOR(lyd_child(data.get()), entry) {
+    const std::string name = key_value(entry);
+    lyd_node* const config = config_of(entry);
+    add_if_missing(config, "name", name);
+    add_if_missing(config, "type", fmt::format("iana-if-type:{}", type_of_interface(name)));
+    lyd_node* const list = child_of(entry, "subinterfaces");
+    lyd_node* sub = nullptr;
+    LY_LIST_FOR(list == nullptr ? nullptr : lyd_child(list), sub) {
+      add_if_missing(config_of(sub), "index", key_value(sub));
+    }
+  }
+}
+
+namespace {
+
+// True when the request itself writes the leaf at this path.
+bool request_writes(const EditDocument& document, const std::string& path) {
+  lyd_node* found = nullptr;
+  if (document.tree.empty() || lyd_find_path(document.tree.get(), path.c_str(), 0, &found) != LY_SUCCESS) return false;
+  const Operation operation = effective_operation(found, document.default_operation);
+  return !removes(operation) && operation != Operation::none;
+}
+
+// True when the request writes a leaf at or below the node.
+bool request_writes_below(const EditDocument& document, const lyd_node* node) {
+  if (is_term(node->schema)) return request_writes(document, path_of(node));
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (request_writes_below(document, child)) return true;
+  }
+  return false;
+}
+
+// The single form that a merge brings replaces what else a match holds.
+void keep_one_form(const EditDocument& document, lyd_node* match, std::vector<Warning>& warnings) {
+  std::vector<lyd_node*> forms;
+  lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(match), child) {
+    forms.push_back(child);
+  }
+  if (forms.size() < 2) return;
+  const auto asked = std::find_if(forms.begin(), forms.end(),
+                                  [&document](const lyd_node* form) { return request_writes_below(document, form); });
+  if (asked == forms.end()) return;
+  for (lyd_node* const form : forms) {
+    if (form == *asked) continue;
+    warnings.push_back({path_of(form), fmt::format("goes: '{}' takes its place", LYD_NAME(*asked))});
+    lyd_free_tree(form);
+  }
+}
+
+void for_each_match(lyd_node* node, const EditDocument& document, std::vector<Warning>& warnings) {
+  if (named(node, "match") && node->parent != nullptr && named(&node->parent->node, "vlan")) {
+    keep_one_form(document, node, warnings);
+    return;
+  }
+  lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    for_each_match(child, document, warnings);
+  }
+}
+
+RpcError validation_error(const ly_ctx* models) {
+  const Complaint complaint = last_complaint(models);
+  // A node whose condition does not hold is none of the model (RFC 7950, section 8.3.2).
+  const bool is_condition = complaint.message.starts_with("When condition");
+  RpcError error{
+      .tag = is_condition ? "unknown-element" : "invalid-value", .path = complaint.path, .message = complaint.message};
+  const std::string_view leaf = std::string_view(error.path).substr(error.path.rfind('/') + 1);
+  const std::string_view name = leaf.substr(leaf.find(':') + 1);
+  error.bad_element = name.substr(0, name.find('['));
+  if (is_condition && error.bad_element == "aggregation") {
+    error.message = "'aggregation' is of bundles, and this interface is none: ask for its VLANs below 'ethernet'";
+    return error;
+  }
+  if (!error.bad_element.empty()) error.message = fmt::format("'{}': {}", error.bad_element, error.message);
+  return error;
+}
+
+// Where no mode is set at all, the plug-in says best what it misses.
+bool plugin_says_it_better(const Data& data, const RpcError& error) {
+  lyd_node* node = nullptr;
+  if (lyd_find_path(data.get(), error.path.c_str(), 0, &node) != LY_SUCCESS || node->parent == nullptr) return false;
+  return named(node, "native-vlan") && child_of(&node->parent->node, "interface-mode") == nullptr;
+}
+
+}  // namespace
+
+Expected expect(const Environment& environment, const EditDocument& document, const Data& before,
+                std::vector<Warning>& warnings) {
+  Expected expected{.data = before.clone(), .valid = true, .deferred = {}};
+  apply_edit(expected.data, document.tree.get(), document.default_operation);
+  lyd_node* top = nullptr;
+  LY_LIST_FOR(expected.data.get(), top) {
+    for_each_match(top, document, warnings);
+  }
+  complete(expected.data);
+
+  const Data before_conditions = expected.data.clone();
+  if (!expected.data.empty() && lyd_validate_all(expected.data.out(), nullptr,
+                                                 LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) != LY_SUCCESS) {
+    RpcError error = validation_error(environment.models);
+    if (!plugin_says_it_better(expected.data, error)) throw Refused(std::move(error));
+    expected.deferred = std::move(error);
+    expected.valid = false;
+    return expected;
+  }
+  for (const Delta& gone : compare(before_conditions, expected.data, canonical_text)) {
+    if (gone.is_present) continue;
+    if (request_writes(document, gone.path)) {
+      const std::string leaf = gone.path.substr(gone.path.find_last_of('/') + 1);
+      throw Refused({.tag = "unknown-element",
+                     .path = gone.path,
+                     .message = fmt::format("'{}' cannot be set: its condition does not hold afterwards", leaf),
+                     .bad_element = leaf.substr(0, leaf.find('['))});
+    }
+    warnings.push_back({gone.path, "goes: its condition no longer holds"});
+  }
+  return expected;
+}
+
+}  // namespace yfw

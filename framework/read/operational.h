@@ -1,0 +1,22 @@
+// Native operational data as a device tells it: by card, of which several may tell of one interface.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "yfw-host/data.h"
+#include "yfw-host/error.h"
+
+namespace yfw {
+
+// An interface of which two cards say different things.
+struct Contradiction {
+  std::string interface;  // native name
+  Warning warning;        // names both cards, and the one that is used
+};
+
+// Leaves each trunk and each sub-interface to the last card that tells of it. OpenConfig has one place for what all of
+// them say; parts of several would make up a state that no card is in.
+std::vector<Contradiction> keep_last_told(Data& operational);
+
+}  // namespace yfw

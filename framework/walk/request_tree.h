@@ -1,0 +1,43 @@
+// Request trees and native data as mapping functions walk them, built from libyang data.
+#pragma once
+
+#include <functional>
+#include <memory_resource>
+#include <unordered_map>
+
+#include "yfw-host/data.h"
+#include "yfw/yfw_map.h"
+
+struct lyd_node;
+
+namespace yfw {
+
+// A record for a node with these children, which are somebody else's; empty for null.
+yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t count);
+
+// All nodes of one request, in one arena: children are contiguous, texts writable, everything goes at once.
+class RequestTree {
+ public:
+  using Namespaces = std::unordered_map<const lyd_node*, const char*>;
+  using Wanted = std::function<bool(const lyd_node*)>;
+
+  RequestTree() = default;
+  RequestTree(const RequestTree&) = delete;
+  RequestTree& operator=(const RequestTree&) = delete;
+
+  // An edit with effective operations: deletes before writes among siblings, deleted nodes without children (entries
+  // keep their keys). `namespaces` overrides the namespace that a value has by its model.
+  yfw_datatree* edit(const lyd_node* node, Operation default_operation, const Namespaces& namespaces);
+
+  // A subtree filter: leaves with a value are content-match nodes.
+  yfw_datatree* filter(const lyd_node* node);
+
+  // Data as it is, texts of trunk VLANs in their canonical form; `wanted` (null: all) says which nodes.
+  yfw_datatree* data(const lyd_node* node, const Wanted& wanted = nullptr);
+
+ private:
+  struct Builder;
+  std::pmr::monotonic_buffer_resource arena_;
+};
+
+}  // namespace yfw
