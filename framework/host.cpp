@@ -50,6 +50,7 @@ struct Host::Impl {
   Environment environment() {
     Environment result;
     result.models = models.get();
+    result.validator = &validator;
     result.paths = &paths;
     result.plugins = &plugins;
     result.bind_subinterface_vlan_id = options.bind_subinterface_vlan_id;
@@ -122,7 +123,7 @@ struct Host::Impl {
     Data all = read_entries(environment(), entries, fetch, operational == nullptr ? nullptr : &state, result.warnings);
     const Data unjudged = filter.empty() ? Data() : all.clone();
     std::vector<Warning> invalid;
-    make_valid(models.get(), all, invalid);
+    make_valid(environment(), all, invalid);
     keep_selected(invalid, unjudged, filter);
     std::move(invalid.begin(), invalid.end(), std::back_inserter(result.warnings));
     if (filter.empty()) {
@@ -168,6 +169,7 @@ struct Host::Impl {
 
   HostOptions options;
   Models models;
+  Validator validator;
   PathCache paths;
   Plugins plugins;
   MappedLeaves leaves;

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <optional>
 
+#include "framework/datastore/validate.h"
 #include "framework/documents/build.h"
 #include "framework/documents/envelope.h"
 #include "framework/documents/source.h"
@@ -62,9 +63,7 @@ Warning left_attributes(const Source& source, const TreeBuilder::LeftAttributes&
 }
 
 void validate(ly_ctx* models, const Source& source, Data& tree) {
-  if (tree.empty()) return;
-  constexpr uint32_t kOptions = LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT;
-  if (lyd_validate_all(tree.out(), nullptr, kOptions, nullptr) == LY_SUCCESS) return;
+  if (Validator().validate(tree)) return;
   const ly_err_item* const last = ly_err_last(models);
   const std::string message = last == nullptr || last->msg == nullptr ? "not valid" : last->msg;
   const std::string where = last == nullptr || last->path == nullptr ? "" : fmt::format(" ({})", last->path);

@@ -190,7 +190,7 @@ Data read_back(const Environment& environment, const Running& running, const std
   Data data = read_entries(silent, running.entries_of(names), FetchSet(), nullptr, warnings);
   // A key is valid only where its entry answers it.
   complete(data);
-  make_valid(environment.models, data, warnings);
+  make_valid(environment, data, warnings);
   return data;
 }
 
@@ -236,8 +236,7 @@ void keep_stored(const Data& candidate, const Running& running) {
 
 void validate_native(const Environment& environment, Data& candidate) {
   if (candidate.empty()) return;
-  if (lyd_validate_all(candidate.out(), nullptr, LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS)
-    return;
+  if (environment.validator->validate(candidate)) return;
   const Complaint complaint = last_complaint(environment.models);
   throw Refused({.tag = "operation-failed",
                  .path = complaint.path,

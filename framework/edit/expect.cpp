@@ -138,8 +138,7 @@ Expected expect(const Environment& environment, const EditDocument& document, co
   complete(expected.data);
 
   const Data before_conditions = expected.data.clone();
-  if (!expected.data.empty() && lyd_validate_all(expected.data.out(), nullptr,
-                                                 LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) != LY_SUCCESS) {
+  if (!environment.validator->validate(expected.data)) {
     RpcError error = validation_error(environment.models);
     if (!plugin_says_it_better(expected.data, error)) throw Refused(std::move(error));
     expected.deferred = std::move(error);

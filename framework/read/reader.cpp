@@ -380,13 +380,12 @@ lyd_node* culprit(const ly_ctx* models, const Data& data, std::string& why) {
   return is_key ? lyd_parent(found) : found;
 }
 
-void make_tree_valid(const ly_ctx* models, Data& data, std::vector<Warning>& warnings) {
-  constexpr uint32_t kOptions = LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT;
+void make_tree_valid(const Environment& environment, Data& data, std::vector<Warning>& warnings) {
   while (!data.empty()) {
-    ly_err_clean(const_cast<ly_ctx*>(models), nullptr);
-    if (lyd_validate_all(data.out(), nullptr, kOptions, nullptr) == LY_SUCCESS) return;
+    ly_err_clean(const_cast<ly_ctx*>(environment.models), nullptr);
+    if (environment.validator->validate(data)) return;
     std::string why;
-    lyd_node* const node = culprit(models, data, why);
+    lyd_node* const node = culprit(environment.models, data, why);
     if (node == nullptr) {
       warnings.push_back({"", fmt::format("the answer is not valid: {}", why)});
       return;
@@ -404,10 +403,11 @@ void make_tree_valid(const ly_ctx* models, Data& data, std::vector<Warning>& war
 
 namespace {
 
-void make_configuration_valid(const ly_ctx* models, Data& data, std::vector<Warning>& warnings) {
+void make_configuration_valid(const Environment& environment, Data& data, std::vector<Warning>& warnings) {
+  if (environment.validator->reach(data.get()) == Reach::nowhere) return;
   Data whole = data.clone();
-  ly_err_clean(const_cast<ly_ctx*>(models), nullptr);
-  if (lyd_validate_all(whole.out(), nullptr, LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS) {
+  ly_err_clean(const_cast<ly_ctx*>(environment.models), nullptr);
+  if (environment.validator->validate(whole)) {
     data = std::move(whole);
     return;
   }
@@ -422,7 +422,7 @@ void make_configuration_valid(const ly_ctx* models, Data& data, std::vector<Warn
     lyd_unlink_tree(entry);
     lyd_insert_child(alone, entry);
     Data single(alone);
-    make_tree_valid(models, single, warnings);
+    make_tree_valid(environment, single, warnings);
     lyd_node* const kept = single.empty() ? nullptr : lyd_child(single.get());
     if (valid.empty()) {
       valid = std::move(single);
@@ -437,11 +437,11 @@ void make_configuration_valid(const ly_ctx* models, Data& data, std::vector<Warn
 
 }  // namespace
 
-void make_valid(const ly_ctx* models, Data& data, std::vector<Warning>& warnings) {
+void make_valid(const Environment& environment, Data& data, std::vector<Warning>& warnings) {
   if (data.empty()) return;
   // State is what the device tells; only configuration has to be complete.
   Data state = holds_state(data) ? take_state(data) : Data();
-  if (!data.empty()) make_configuration_valid(models, data, warnings);
+  if (!data.empty()) make_configuration_valid(environment, data, warnings);
   strip_defaults(data);
   if (!state.empty()) lyd_merge_siblings(data.out(), state.release(), LYD_MERGE_DESTRUCT);
 }

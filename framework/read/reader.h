@@ -69,6 +69,6 @@ Data read_entries(const Environment& environment, const std::vector<const lyd_no
                   const Data* operational, std::vector<Warning>& warnings);
 
 // Validates OpenConfig configuration and takes out what makes it invalid, each with a warning.
-void make_valid(const ly_ctx* models, Data& data, std::vector<Warning>& warnings);
+void make_valid(const Environment& environment, Data& data, std::vector<Warning>& warnings);
 
 }  // namespace yfw

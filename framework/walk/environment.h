@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "framework/datastore/running.h"
+#include "framework/datastore/validate.h"
 #include "framework/tree/schema.h"
 #include "framework/walk/plugin.h"
 #include "yfw-host/host.h"
@@ -13,6 +14,7 @@ namespace yfw {
 // What a walk may ask about the world around it. Owned by the host, the same for all walks of a request.
 struct Environment {
   const ly_ctx* models = nullptr;
+  Validator* validator = nullptr;
   PathCache* paths = nullptr;
   const Plugins* plugins = nullptr;
   bool bind_subinterface_vlan_id = false;

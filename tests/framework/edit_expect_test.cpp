@@ -36,8 +36,10 @@ std::string expected(const Data& before) {
   return outcome_of([&] {
     const EditDocument edit =
         parse_edit(compact_models().get(), {kEmptyEdit, Format::xml, "request"}, Operation::merge);
+    Validator validator;
     Environment around;
     around.models = compact_models().get();
+    around.validator = &validator;
     std::vector<Warning> warnings;
     return flat(expect(around, edit, before, warnings).data);
   });
@@ -103,7 +105,11 @@ TEST(MakeValid, LeavesOutEntriesAndNotTheirKeys) {
                      "<subinterface><index>7</index><config/></subinterface>" + eight + end +
                      "<interface><name>Ethernet0/0/3</name><config><name>another</name></config></interface>");
   std::vector<Warning> warnings;
-  make_valid(compact_models().get(), data, warnings);
+  Validator validator;
+  Environment around;
+  around.models = compact_models().get();
+  around.validator = &validator;
+  make_valid(around, data, warnings);
   EXPECT_EQ(flat(data), flat(parsed(whole + eight + end)));
   std::vector<std::string> paths;
   for (const Warning& warning : warnings) paths.push_back(warning.path);

@@ -44,8 +44,8 @@ std::string room_of(const std::string& file) {
 // Each room, and those that it may look into.
 const std::map<std::string, std::set<std::string>> kPlan = {
     {"tree", {}},
-    {"documents", {"tree"}},
     {"datastore", {"tree"}},
+    {"documents", {"tree", "datastore"}},
     {"vlan", {"tree", "datastore"}},
     {"walk", {"tree", "datastore", "vlan"}},
     {"read", {"tree", "datastore", "vlan", "walk"}},

@@ -1,0 +1,386 @@
+// What validation can find at a node, by what the schema says of it.
+#include "framework/datastore/validate.h"
+
+#include <libyang/libyang.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <string_view>
+#include <unordered_set>
+
+#include "framework/tree/schema.h"
+
+namespace yfw {
+
+namespace {
+
+bool is_state(const lysc_node* node) {
+  return (node->flags & LYS_CONFIG_R) != 0;
+}
+
+// One that only holds what is in it.
+bool is_plain_container(const lysc_node* node) {
+  return node->nodetype == LYS_CONTAINER && (node->flags & LYS_PRESENCE) == 0;
+}
+
+Reach farther(Reach left, Reach right) {
+  return std::max(left, right);
+}
+
+// The outermost list around a node, or itself; null when it stands in none.
+const lysc_node* outermost_list(const lysc_node* node) {
+  const lysc_node* found = nullptr;
+  for (; node != nullptr; node = node->parent) {
+    if (is_list(node)) found = node;
+  }
+  return found;
+}
+
+// A complaint about the node itself, or about those beside it.
+Reach reach_of_siblings(const lysc_node* node) {
+  return node->parent != nullptr && outermost_list(node->parent) != nullptr ? Reach::entry : Reach::beyond;
+}
+
+// What an expression at a node looks at; nothing when that cannot be told.
+std::vector<const lysc_node*> atoms_of(const lysc_node* node, const lysc_node* context, const lyxp_expr* expression,
+                                       const lysc_prefix* prefixes) {
+  ly_set* found = nullptr;
+  if (lys_find_expr_atoms(context, node->module, expression, prefixes, 0, &found) != LY_SUCCESS) return {};
+  const std::unique_ptr<ly_set, void (*)(ly_set*)> owner(found, [](ly_set* set) { ly_set_free(set, nullptr); });
+  return {found->snodes, found->snodes + found->count};
+}
+
+// How far it looks.
+Reach reach_of(const lysc_node* node, const lysc_node* context, const lyxp_expr* expression,
+               const lysc_prefix* prefixes) {
+  const lysc_node* const home = outermost_list(node);
+  const std::vector<const lysc_node*> atoms = atoms_of(node, context, expression, prefixes);
+  const bool stays = home != nullptr && !atoms.empty() && std::all_of(atoms.begin(), atoms.end(), [home](auto* atom) {
+                       return outermost_list(atom) == home;
+                     });
+  return stays ? Reach::entry : Reach::beyond;
+}
+
+Reach reach_of_conditions(const lysc_node* node) {
+  Reach reach = Reach::nowhere;
+  lysc_when** const whens = lysc_node_when(node);
+  LY_ARRAY_COUNT_TYPE i = 0;
+  LY_ARRAY_FOR(whens, i) {
+    reach = farther(reach, reach_of(node, whens[i]->context, whens[i]->cond, whens[i]->prefixes));
+  }
+  return reach;
+}
+
+Reach reach_of_musts(const lysc_node* node) {
+  Reach reach = Reach::nowhere;
+  const lysc_must* const musts = lysc_node_musts(node);
+  LY_ARRAY_COUNT_TYPE i = 0;
+  LY_ARRAY_FOR(musts, i) {
+    reach = farther(reach, reach_of(node, node, musts[i].cond, musts[i].prefixes));
+  }
+  return reach;
+}
+
+// Of values that name other nodes, but for references that a look at their target settles.
+Reach reach_of_values(const lysc_node* node, const lysc_type* type) {
+  switch (type->basetype) {
+    case LY_TYPE_INST:
+      return Reach::beyond;
+    case LY_TYPE_LEAFREF: {
+      const auto* const reference = reinterpret_cast<const lysc_type_leafref*>(type);
+      return reach_of(node, node, reference->path, reference->prefixes);
+    }
+    case LY_TYPE_UNION: {
+      const auto* const choices = reinterpret_cast<const lysc_type_union*>(type);
+      Reach reach = Reach::nowhere;
+      LY_ARRAY_COUNT_TYPE i = 0;
+      LY_ARRAY_FOR(choices->types, i) {
+        reach = farther(reach, reach_of_values(node, choices->types[i]));
+      }
+      return reach;
+    }
+    default:
+      return Reach::nowhere;
+  }
+}
+
+const lysc_type* type_of(const lysc_node* node) {
+  if (node->nodetype == LYS_LEAF) return reinterpret_cast<const lysc_node_leaf*>(node)->type;
+  if (node->nodetype == LYS_LEAFLIST) return reinterpret_cast<const lysc_node_leaflist*>(node)->type;
+  return nullptr;
+}
+
+Reach reach_of_values(const lysc_node* node) {
+  const lysc_type* const type = type_of(node);
+  return type == nullptr ? Reach::nowhere : reach_of_values(node, type);
+}
+
+// A reference to the one leaf that stands in a certain place beside the reference, like that of a key to the leaf of
+// its name in `config`.
+struct Reference {
+  const lysc_node* common = nullptr;    // what both stand in; null when this is no such reference
+  std::vector<const lysc_node*> below;  // from there to the target
+
+  bool holds(const lyd_node* leaf) const {
+    const lyd_node* node = leaf;
+    while (node != nullptr && node->schema != common) node = lyd_parent(node);
+    for (const lysc_node* const step : below) {
+      const lyd_node* child = node == nullptr ? nullptr : lyd_child(node);
+      while (child != nullptr && child->schema != step) child = child->next;
+      node = child;
+    }
+    return node != nullptr && std::strcmp(lyd_get_value(node), lyd_get_value(leaf)) == 0;
+  }
+};
+
+Reference reference_of(const lysc_node* node) {
+  const lysc_type* const type = type_of(node);
+  if (type == nullptr || type->basetype != LY_TYPE_LEAFREF) return {};
+  const auto* const leafref = reinterpret_cast<const lysc_type_leafref*>(type);
+  const std::string_view path = lyxp_get_expr(leafref->path);
+  if (!path.starts_with("../") || path.find('[') != std::string_view::npos) return {};
+  Reference reference;
+  const lysc_node* target = nullptr;
+  for (const lysc_node* const atom : atoms_of(node, node, leafref->path, leafref->prefixes)) {
+    if (is_term(atom) && atom != node) target = atom;
+  }
+  for (const lysc_node* step = target; step != nullptr; step = step->parent) {
+    const lysc_node* above = node->parent;
+    while (above != nullptr && above != step) above = above->parent;
+    if (above != nullptr) {
+      reference.common = above;
+      std::reverse(reference.below.begin(), reference.below.end());
+      return reference;
+    }
+    // There may be several of one that stands in a list.
+    const bool is_one = step == target ? step->nodetype == LYS_LEAF : step->nodetype == LYS_CONTAINER;
+    if (!is_one) return {};
+    reference.below.push_back(step);
+  }
+  return {};
+}
+
+// How many instances there may be.
+struct Bounds {
+  std::uint32_t least = 0;
+  std::uint32_t most = UINT32_MAX;
+};
+
+Bounds bounds_of(const lysc_node* node) {
+  Bounds bounds;
+  if (node->nodetype == LYS_LIST) {
+    const auto* const list = reinterpret_cast<const lysc_node_list*>(node);
+    bounds = {list->min, list->max};
+  } else if (node->nodetype == LYS_LEAFLIST) {
+    const auto* const list = reinterpret_cast<const lysc_node_leaflist*>(node);
+    bounds = {list->min, list->max};
+  }
+  if (bounds.most == 0) bounds.most = UINT32_MAX;
+  return bounds;
+}
+
+bool has_unique(const lysc_node* node) {
+  return is_list(node) && LY_ARRAY_COUNT(reinterpret_cast<const lysc_node_list*>(node)->uniques) > 0;
+}
+
+// What tells an entry of a list from others. Equal values are one text in libyang's dictionary.
+using Identity = std::vector<const char*>;
+
+struct IdentityHash {
+  std::size_t operator()(const Identity& identity) const noexcept {
+    std::size_t hash = 0;
+    for (const char* const value : identity) hash = hash * 31 + std::hash<const void*>{}(value);
+    return hash;
+  }
+};
+
+Identity identity_of(const lyd_node* entry) {
+  Identity identity;
+  if (entry->schema->nodetype == LYS_LEAFLIST) return {lyd_get_value(entry)};
+  for (const lyd_node* key = lyd_child(entry); key != nullptr && lysc_is_key(key->schema); key = key->next) {
+    identity.push_back(lyd_get_value(key));
+  }
+  return identity;
+}
+
+// The instances of one schema node, which stand together.
+struct Instances {
+  const lyd_node* first;
+  std::uint32_t count;
+  const lyd_node* next;  // what follows them
+
+  explicit Instances(const lyd_node* node) : first(node), count(0), next(node) {
+    for (; next != nullptr && next->schema == first->schema; next = next->next) ++count;
+  }
+
+  // Two entries with one identity, or two nodes of which there may be one.
+  bool has_equal() const {
+    if (count < 2) return false;
+    if ((first->schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) == 0) return true;
+    if (is_list(first->schema) && (first->schema->flags & LYS_KEYLESS) != 0) return false;
+    std::unordered_set<Identity, IdentityHash> seen;
+    for (const lyd_node* node = first; node != next; node = node->next) {
+      if (!seen.insert(identity_of(node)).second) return true;
+    }
+    return false;
+  }
+
+  bool is_in_bounds() const {
+    const Bounds bounds = bounds_of(first->schema);
+    return count >= bounds.least && count <= bounds.most;
+  }
+};
+
+}  // namespace
+
+struct Validator::Judged {
+  Reach reach;          // of a node of this schema
+  Wanted wanted;        // children whose absence may be wrong
+  Reference reference;  // of its value
+  Reach unheld;         // where the reference does not hold
+};
+
+Validator::Validator() = default;
+Validator::~Validator() = default;
+
+const Validator::Judged& Validator::judged(const lysc_node* node) {
+  const auto known = judged_.find(node);
+  if (known != judged_.end()) return *known->second;
+  Reference reference = reference_of(node);
+  const Reach value = reach_of_values(node);
+  const Reach unheld = reference.common == nullptr ? Reach::nowhere : value;
+  Reach reach = farther(reach_of_conditions(node), reach_of_musts(node));
+  if (reference.common == nullptr) reach = farther(reach, value);
+  // What stands in a choice may have to give way to what stands in another case of it, and has its conditions.
+  for (const lysc_node* above = node->parent; above != nullptr; above = above->parent) {
+    if ((above->nodetype & (LYS_CHOICE | LYS_CASE)) == 0) break;
+    reach = farther(reach, farther(reach_of_siblings(node), reach_of_conditions(above)));
+  }
+  if (is_state(node) || has_unique(node)) reach = farther(reach, reach_of_siblings(node));
+  auto made =
+      std::make_unique<Judged>(Judged{reach, wanted_among(lysc_node_child(node)), std::move(reference), unheld});
+  return *judged_.emplace(node, std::move(made)).first->second;
+}
+
+Validator::Wanted Validator::wanted_among(const lysc_node* first) {
+  Wanted wanted;
+  const lysc_node* child = nullptr;
+  LY_LIST_FOR(first, child) {
+    const Reach reach = reach_when_absent(child);
+    if (reach != Reach::nowhere) wanted.emplace_back(child, reach);
+  }
+  return wanted;
+}
+
+// Where a node is absent its defaults are in force, and so are the containers that only hold what is in them.
+Reach Validator::reach_when_absent(const lysc_node* node) {
+  if (is_state(node)) return Reach::nowhere;
+  Reach reach = Reach::nowhere;
+  if ((node->flags & LYS_MAND_TRUE) != 0 || bounds_of(node).least > 0) reach = reach_of_siblings(node);
+  bool is_in_force = false;
+  bool holds_others = false;
+  switch (node->nodetype) {
+    case LYS_LEAF:
+      is_in_force = reinterpret_cast<const lysc_node_leaf*>(node)->dflt != nullptr;
+      break;
+    case LYS_LEAFLIST:
+      is_in_force = reinterpret_cast<const lysc_node_leaflist*>(node)->dflts != nullptr;
+      break;
+    case LYS_CONTAINER:
+      is_in_force = holds_others = is_plain_container(node);
+      break;
+    case LYS_CHOICE:
+    case LYS_CASE:
+      is_in_force = holds_others = true;
+      break;
+    default:
+      break;
+  }
+  if (!is_in_force) return reach;
+  reach = farther(reach, farther(reach_of_musts(node), reach_of_values(node)));
+  if (holds_others) {
+    for (const auto& [child, wanted] : wanted_among(lysc_node_child(node))) reach = farther(reach, wanted);
+  }
+  // A condition says whether it is.
+  return reach == Reach::nowhere ? reach : farther(reach, reach_of_conditions(node));
+}
+
+namespace {
+
+bool has_child(const lyd_node* siblings, const lysc_node* schema) {
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(siblings, child) {
+    if (child->schema == schema) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+Reach Validator::reach_below(const lyd_node* siblings) {
+  Reach reach = Reach::nowhere;
+  const lyd_node* node = siblings;
+  while (node != nullptr && reach != Reach::beyond) {
+    // What the models do not know is for libyang to judge.
+    if (node->schema == nullptr) return Reach::beyond;
+    const Instances instances(node);
+    const Judged& schema = judged(node->schema);
+    reach = farther(reach, schema.reach);
+    if (!instances.is_in_bounds() || instances.has_equal()) reach = farther(reach, reach_of_siblings(node->schema));
+    for (; node != instances.next; node = node->next) {
+      const lyd_node* const children = lyd_child(node);
+      if (schema.unheld > reach && !schema.reference.holds(node)) reach = schema.unheld;
+      for (const auto& [child, wanted] : schema.wanted) {
+        if (wanted > reach && !has_child(children, child)) reach = wanted;
+      }
+      if (children != nullptr) reach = farther(reach, reach_below(children));
+    }
+  }
+  return reach;
+}
+
+Reach Validator::reach(const lyd_node* siblings) {
+  Reach reach = Reach::nowhere;
+  const lyd_node* node = nullptr;
+  LY_LIST_FOR(siblings, node) {
+    if (node->schema == nullptr) return Reach::beyond;
+    const lys_module* const module = node->schema->module;
+    auto known = wanted_at_top_.find(module);
+    if (known == wanted_at_top_.end()) {
+      known = wanted_at_top_.emplace(module, wanted_among(module->compiled->data)).first;
+    }
+    for (const auto& [child, wanted] : known->second) {
+      if (!has_child(siblings, child)) reach = farther(reach, wanted);
+    }
+  }
+  return farther(reach, reach_below(siblings));
+}
+
+Reach Validator::reach_of_schema(const lysc_node* first) {
+  Reach reach = Reach::nowhere;
+  const lysc_node* node = nullptr;
+  LY_LIST_FOR(first, node) {
+    if (is_state(node)) continue;
+    if ((node->nodetype & (LYS_CHOICE | LYS_CASE)) == 0) {
+      reach = farther(reach, farther(judged(node).reach, judged(node).unheld));
+    }
+    reach = farther(reach, farther(reach_when_absent(node), reach_of_schema(lysc_node_child(node))));
+  }
+  return reach;
+}
+
+Reach Validator::reach(const std::vector<const lys_module*>& modules) {
+  Reach reach = Reach::nowhere;
+  for (const lys_module* const module : modules) {
+    if (module->compiled != nullptr) reach = farther(reach, reach_of_schema(module->compiled->data));
+  }
+  return reach;
+}
+
+bool Validator::validate(Data& data) {
+  if (data.empty() || reach(data.get()) == Reach::nowhere) return true;
+  return lyd_validate_all(data.out(), nullptr, LYD_VALIDATE_NO_STATE | LYD_VALIDATE_PRESENT, nullptr) == LY_SUCCESS;
+}
+
+}  // namespace yfw
