@@ -2,15 +2,11 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
-<<<<<<< HEAD
-#include "yfw-host/host.h"
-=======
 #include <map>
 #include <string>
 #include <string_view>
 
 #include "yfw-host/host.h"
->>>>>>> bench
 
 namespace {
 

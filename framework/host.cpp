@@ -174,6 +174,7 @@ struct Host::Impl {
   Plugins plugins;
   MappedLeaves leaves;
   std::optional<Running> running;
+  Data whole;  // the same as one tree, when somebody has asked for it
 };
 
 Host::Host(HostOptions options) : impl_(std::make_unique<Impl>(std::move(options))) {}
@@ -188,6 +189,7 @@ void Host::load_plugin(const std::string& path) {
 std::vector<Warning> Host::set_running(const Document& document) {
   RunningDocument read = parse_running(impl_->models, document);
   impl_->running.emplace(std::move(read.data), std::move(read.foreign));
+  impl_->whole.reset();
   return std::move(read.warnings);
 }
 
@@ -196,13 +198,13 @@ bool Host::has_running() const {
 }
 
 const Data& Host::running() const {
-  static const Data nothing;
-  return impl_->running.has_value() ? impl_->running->data() : nothing;
+  if (impl_->running.has_value() && impl_->whole.empty()) impl_->whole = impl_->running->whole();
+  return impl_->whole;
 }
 
 std::string Host::print_running(Format format) const {
   if (!impl_->running.has_value()) return Data().print_document(format);
-  return impl_->running->foreign().print(running(), impl_->models.get(), format);
+  return impl_->running->print(impl_->models.get(), format);
 }
 
 std::vector<Foreign> Host::foreign() const {
@@ -223,7 +225,8 @@ EditResult Host::edit(const Document& request) {
 EditResult Host::apply(const Document& request) {
   if (!impl_->running.has_value()) impl_->running.emplace();
   PreparedEdit prepared = impl_->prepare(request);
-  impl_->running->replace(prepared.touched, std::move(prepared.candidate));
+  impl_->running->replace(prepared.touched.names, prepared.candidate);
+  impl_->whole.reset();
   return std::move(prepared.result);
 }
 

@@ -137,6 +137,7 @@ Expected expect(const Environment& environment, const EditDocument& document, co
   }
   complete(expected.data);
 
+  if (environment.validator->reach(expected.data.get()) == Reach::nowhere) return expected;
   const Data before_conditions = expected.data.clone();
   if (!environment.validator->validate(expected.data)) {
     RpcError error = validation_error(environment.models);

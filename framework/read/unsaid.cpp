@@ -100,6 +100,9 @@ class WritingBack {
     return written;
   }
 
+  // What would have come of parts that were refused for nothing but the length of a trunk's text.
+  Written short_of_room() && { return std::move(short_of_room_); }
+
  private:
   // Sub-interfaces are entries of their own.
   bool belongs(const lyd_node* node) const {
@@ -157,6 +160,7 @@ class WritingBack {
     const auto first = written.begin() + static_cast<std::ptrdiff_t>(before);
     const bool held = std::all_of(first, written.end(), [this](const WrittenLeaf& leaf) { return is_held(leaf); });
     if (held && keeps_trunk_entries(part, written)) return true;
+    if (held) short_of_room_.insert(short_of_room_.end(), first, written.end());
     written.resize(before);
     return false;
   }
@@ -193,13 +197,14 @@ class WritingBack {
   const Environment& environment_;
   const lyd_node* native_;
   const lyd_node* reading_;
+  mutable Written short_of_room_;
 };
 
 // A native entry held against what writing back made.
 class Comparison {
  public:
-  Comparison(const Scope& scope, EntryVerdict& verdict, Written& written)
-      : scope_(scope), verdict_(verdict), written_(written) {}
+  Comparison(const Scope& scope, EntryVerdict& verdict, Written& written, const Written& short_of_room)
+      : scope_(scope), verdict_(verdict), written_(written), short_of_room_(short_of_room) {}
 
   void run(const lyd_node* reading) {
     const lyd_node* child = nullptr;
@@ -230,13 +235,17 @@ class Comparison {
       verdict_.beside.push_back(leaf);
       return;
     }
-    const auto made = std::find_if(written_.begin(), written_.end(), [&](const WrittenLeaf& each) {
+    const auto is_leaf = [&](const WrittenLeaf& each) {
       return each.schema == leaf->schema && each.within == within;
-    });
+    };
+    const auto made = std::find_if(written_.begin(), written_.end(), is_leaf);
     if (made != written_.end() && made->value == canonical_text(leaf)) {
       made->matched = true;
       return;
     }
+    const auto fitting = std::find_if(short_of_room_.begin(), short_of_room_.end(), is_leaf);
+    const bool lacks_room = fitting != short_of_room_.end() && fitting->value == canonical_text(leaf);
+    if (lacks_room) verdict_.short_of_room.push_back(leaf);
     const lyd_node* const container = lyd_parent(leaf);
     const bool own = container == verdict_.entry || named(container, kLayer);
     if (scope_ == nullptr || scope_(verdict_.entry, own ? leaf : container)) verdict_.unsaid.push_back(leaf);
@@ -260,6 +269,7 @@ class Comparison {
   const Scope& scope_;
   EntryVerdict& verdict_;
   Written& written_;
+  const Written& short_of_room_;
 };
 
 // The OpenConfig nodes of native entries.
@@ -309,12 +319,18 @@ std::vector<EntryVerdict> judge_reading(const Environment& environment, const st
   bare.trace = nullptr;
   const auto readings = readings_by_entry(*environment.running, reading);
   for (const lyd_node* const entry : entries) {
-    EntryVerdict verdict{entry, {}, {}, {}};
+    EntryVerdict verdict;
+    verdict.entry = entry;
     const auto found = readings.find(entry);
     const lyd_node* const read = found == readings.end() ? nullptr : found->second;
     Written written;
-    if (read != nullptr) written = WritingBack(bare, entry, read).run();
-    Comparison(scope, verdict, written).run(read);
+    Written short_of_room;
+    if (read != nullptr) {
+      WritingBack back(bare, entry, read);
+      written = back.run();
+      short_of_room = std::move(back).short_of_room();
+    }
+    Comparison(scope, verdict, written, short_of_room).run(read);
     if (!verdict.all_said() || !verdict.beside.empty()) verdicts.push_back(std::move(verdict));
   }
   return verdicts;

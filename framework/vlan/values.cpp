@@ -76,10 +76,7 @@ class Check {
  private:
   const lyd_node* resulting(const lyd_node* node) const {
     if (resulting_ == nullptr) return node;
-    lyd_node* found = nullptr;
-    if (resulting_->empty()) return nullptr;
-    const LY_ERR result = lyd_find_path(resulting_->get(), path_of(node).c_str(), 0, &found);
-    return result == LY_SUCCESS ? found : nullptr;
+    return counterpart(*resulting_, node);
   }
 
   // The leaf of this name, unless the operation none leaves it alone.

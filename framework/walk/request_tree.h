@@ -15,6 +15,9 @@ namespace yfw {
 // A record for a node with these children, which are somebody else's; empty for null.
 yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t count);
 
+// True when something of an edit goes, at the node or below it; `outer` is what the node inherits.
+bool contains_removal(const lyd_node* node, Operation outer);
+
 // All nodes of one request, in one arena: children are contiguous, texts writable, everything goes at once.
 class RequestTree {
  public:
