@@ -13,6 +13,7 @@
 #include "framework/edit/verify.h"
 #include "framework/read/reader.h"
 #include "framework/read/unsaid.h"
+#include "framework/read/valid.h"
 #include "framework/read/verdict.h"
 #include "framework/tree/entries.h"
 #include "framework/tree/foreign.h"
