@@ -8,6 +8,7 @@
 
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
+#include "framework/walk/abi.h"
 #include "framework/walk/interfaces_walker.h"
 #include "framework/walk/walk_state.h"
 #include "yfw/yfw_map.h"
@@ -27,10 +28,9 @@ bool MappedLeaves::is_mapped(const Environment& environment, const lysc_node* le
     nodes[i].tag = chain[i]->name;
     nodes[i].ns = namespace_of(chain[i]);
     if (i == 0) continue;
-    constexpr uint8_t kHasSubtrees = 0x40;
     nodes[i].subtrees = &nodes[i - 1];
     nodes[i].subtree_count = 1;
-    nodes[i].node_flags = kHasSubtrees;
+    nodes[i].node_flags = abi::kHasSubtrees;
   }
   Environment silent = environment;
   silent.trace = nullptr;

@@ -57,9 +57,8 @@ class EntryWalk {
     }
     const InterfaceName name = split_interface_name(entry_name(entry_));
     walk_state_.enter_interface(name.name, name.index);
-    yfw_datatree* const whole = lookups_.data(entry_);
-    walk_state_.set_native_entry(whole);
-    answer_own_leaves(walk_state_, whole);
+    walk_state_.set_native_entry(entry_);
+    answer_own_leaves(walk_state_, entry_);
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child_no_keys(entry_), child) {
       const bool holds_augments = std::strcmp(child->schema->name, "l2-transport") == 0;
@@ -97,7 +96,7 @@ class EntryWalk {
       walk_state_.output().roll_back(leaf_mark);
       if (result == CERR_UNSUPPORTED) {
         // Not part of what OpenConfig can say at all.
-        walk_state_.note(path_of(leaf) + " is mapped by nobody");
+        if (walk_state_.tracing()) walk_state_.note(path_of(leaf) + " is mapped by nobody");
         continue;
       }
       if (wanted_ != nullptr && !wanted_(leaf)) continue;
@@ -134,7 +133,6 @@ class EntryWalk {
   const lyd_node* entry_;
   const RequestTree::Wanted& wanted_;
   std::vector<Warning>& warnings_;
-  RequestTree lookups_;
 };
 
 // Interfaces that only the operational data know answer their names as the others do.
