@@ -7,7 +7,7 @@
 #include "framework/datastore/apply.h"
 #include "framework/documents/documents.h"
 #include "framework/edit/edit.h"
-#include "framework/read/reader.h"
+#include "framework/read/mapped_leaves.h"
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
 #include "framework/walk/environment.h"

@@ -8,7 +8,7 @@
 
 #include "framework/datastore/running.h"
 #include "framework/documents/documents.h"
-#include "framework/read/reader.h"
+#include "framework/read/mapped_leaves.h"
 #include "framework/read/verdict.h"
 #include "framework/walk/environment.h"
 #include "yfw-host/data.h"

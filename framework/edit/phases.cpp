@@ -11,6 +11,7 @@
 #include "framework/edit/verify.h"
 #include "framework/read/reader.h"
 #include "framework/read/unsaid.h"
+#include "framework/read/valid.h"
 #include "framework/tree/entries.h"
 #include "framework/tree/foreign.h"
 #include "framework/tree/nodes.h"

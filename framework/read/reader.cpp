@@ -57,9 +57,8 @@ class EntryWalk {
     }
     const InterfaceName name = split_interface_name(entry_name(entry_));
     walk_state_.enter_interface(name.name, name.index);
-    yfw_datatree* const whole = lookups_.data(entry_);
-    walk_state_.set_native_entry(whole);
-    answer_own_leaves(walk_state_, whole);
+    walk_state_.set_native_entry(entry_);
+    answer_own_leaves(walk_state_, entry_);
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child_no_keys(entry_), child) {
       const bool holds_augments = std::strcmp(child->schema->name, "l2-transport") == 0;
@@ -97,7 +96,7 @@ class EntryWalk {
       walk_state_.output().roll_back(leaf_mark);
       if (result == CERR_UNSUPPORTED) {
         // Not part of what OpenConfig can say at all.
-        walk_state_.note(path_of(leaf) + " is mapped by nobody");
+        if (walk_state_.tracing()) walk_state_.note(path_of(leaf) + " is mapped by nobody");
         continue;
       }
       if (wanted_ != nullptr && !wanted_(leaf)) continue;
@@ -134,7 +133,6 @@ class EntryWalk {
   const lyd_node* entry_;
   const RequestTree::Wanted& wanted_;
   std::vector<Warning>& warnings_;
-  RequestTree lookups_;
 };
 
 // Interfaces that only the operational data know answer their names as the others do.
@@ -173,181 +171,6 @@ void walk_operational(WalkState& walk_state, const Data& operational, std::vecto
 
 }  // namespace
 
-FetchSet::FetchSet(const OutputTree& output) : everything_(false) {
-  const auto collect = [](const auto& self, const OutputNode& node, auto& asked) -> void {
-    if (node.asked) asked.insert(node.schema);
-    for (const OutputNode* const each : node.children) self(self, *each, asked);
-  };
-  // Natively, configuration has its entries at the top, operational data below each card.
-  const auto find_entries = [&](const auto& self, const OutputNode& node) -> void {
-    if (is_list(node.schema) && std::strcmp(node.schema->name, "node") != 0) {
-      collect(collect, node, by_entry_[node.key]);
-      return;
-    }
-    for (const OutputNode* const each : node.children) self(self, *each);
-  };
-  for (const OutputNode* const root : output.top().children) find_entries(find_entries, *root);
-}
-
-void FetchSet::merge(const FetchSet& other) {
-  everything_ = everything_ || other.everything_;
-  for (const auto& [entry, asked] : other.by_entry_) by_entry_[entry].insert(asked.begin(), asked.end());
-}
-
-std::unordered_set<const lysc_node*> FetchSet::asked_of(std::string_view native_name) const {
-  const InterfaceName name = split_interface_name(native_name);
-  std::vector<std::string> patterns{std::string(native_name)};
-  if (name.is_subinterface()) {
-    patterns.push_back(fmt::format("{}.*", name.name));
-    patterns.push_back(fmt::format("*.{}", name.index));
-    patterns.emplace_back("*.*");
-  } else {
-    patterns.emplace_back("*");
-  }
-  std::unordered_set<const lysc_node*> asked;
-  for (const std::string& pattern : patterns) {
-    const auto found = by_entry_.find(pattern);
-    if (found != by_entry_.end()) asked.insert(found->second.begin(), found->second.end());
-  }
-  return asked;
-}
-
-bool FetchSet::is_wanted(const lyd_node* node, const std::unordered_set<const lysc_node*>& asked) {
-  for (const lysc_node* each = node->schema; each != nullptr; each = each->parent) {
-    if (asked.contains(each)) return true;
-  }
-  const lyd_node* child = nullptr;
-  LY_LIST_FOR(lyd_child(node), child) {
-    if (is_wanted(child, asked)) return true;
-  }
-  return false;
-}
-
-bool MappedLeaves::is_mapped(const Environment& environment, const lysc_node* leaf) {
-  const auto known = known_.find(leaf);
-  if (known != known_.end()) return known->second;
-  std::vector<const lysc_node*> chain;
-  for (const lysc_node* each = leaf; each != nullptr; each = each->parent) {
-    if ((each->nodetype & (LYS_CHOICE | LYS_CASE)) == 0) chain.push_back(each);
-  }
-  // A read of this leaf alone: a plug-in that does not map it refuses whatever the request.
-  std::vector<yfw_datatree> nodes(chain.size());
-  for (std::size_t i = 0; i < chain.size(); ++i) {
-    nodes[i].tag = chain[i]->name;
-    nodes[i].ns = namespace_of(chain[i]);
-    if (i == 0) continue;
-    constexpr uint8_t kHasSubtrees = 0x40;
-    nodes[i].subtrees = &nodes[i - 1];
-    nodes[i].subtree_count = 1;
-    nodes[i].node_flags = kHasSubtrees;
-  }
-  Environment silent = environment;
-  silent.trace = nullptr;
-  WalkState walk_state(silent, kReadState);
-  const cerrno result =
-      environment.plugins->openconfig_root()(walk_state.ctx(), &nodes.back(), walk_state.output().root());
-  return known_.emplace(leaf, result != CERR_UNSUPPORTED).first->second;
-}
-
-namespace {
-
-bool is_content_match(const lyd_node* node) {
-  const char* const value = lyd_get_value(node);
-  return value != nullptr && *value != '\0';
-}
-
-bool prune(const Environment& environment, MappedLeaves& leaves, lyd_node* node, std::vector<std::string>& pruned) {
-  const lysc_node* const schema = schema_of(node);
-  const Claim claim = schema == nullptr ? Claim::nobody : claim_of(schema);
-  const bool mapped = claim == Claim::framework ||
-                      (claim == Claim::plugin && (!is_term(schema) || leaves.is_mapped(environment, schema)));
-  if (!mapped) {
-    pruned.push_back(path_of(node));
-    lyd_free_tree(node);
-    return false;
-  }
-  const bool opaque = node->schema == nullptr;
-  lyd_node* child = opaque ? reinterpret_cast<lyd_node_opaq*>(node)->child : lyd_child(node);
-  if (child == nullptr) return true;
-  bool asks = false;
-  bool only_matches = true;
-  bool loses = false;
-  bool loses_match = false;
-  while (child != nullptr) {
-    lyd_node* const next = child->next;
-    const bool matches = is_content_match(child);
-    const bool kept = prune(environment, leaves, child, pruned);
-    asks = asks || kept;
-    only_matches = only_matches && (!kept || matches);
-    loses = loses || !kept;
-    loses_match = loses_match || (!kept && matches);
-    child = next;
-  }
-  // What is left must not select more than was asked for: values to match would select all beside them, and a value
-  // that nobody can tell matches nothing.
-  const bool kept = asks && !loses_match && !(loses && only_matches);
-  if (!kept) lyd_free_tree(node);
-  return kept;
-}
-
-}  // namespace
-
-bool prune_filter(const Environment& environment, MappedLeaves& leaves, Data& filter, std::vector<Warning>& warnings) {
-  if (filter.empty()) return true;
-  bool asks = false;
-  std::vector<std::string> pruned;
-  lyd_node* node = filter.release();
-  Data kept;
-  while (node != nullptr) {
-    lyd_node* const next = node->next;
-    lyd_unlink_tree(node);
-    if (prune(environment, leaves, node, pruned)) {
-      lyd_insert_sibling(kept.get(), node, kept.out());
-      asks = true;
-    }
-    node = next;
-  }
-  filter = std::move(kept);
-  if (!pruned.empty()) {
-    const std::string others = pruned.size() == 1 ? "" : fmt::format(" (and {} more)", pruned.size() - 1);
-    warnings.push_back({pruned.front(), "not mapped, left out of the filter" + others});
-  }
-  return asks;
-}
-
-Fetch collect_paths(const Environment& environment, const Data& filter, bool with_state) {
-  Fetch fetch;
-  fetch.set = FetchSet(OutputTree(*environment.paths));
-  // Who knows neither the interface nor its layer may need the paths of both.
-  std::unordered_set<std::string> seen;
-  std::vector<Layer> layers{environment.layer};
-  if (environment.layer == Layer::from_running) layers = {Layer::l2, Layer::l3};
-  for (const Layer layer : layers) {
-    Environment each = environment;
-    each.layer = layer;
-    WalkState walk_state(each, with_state ? kReadState : kReadConfig);
-    RequestTree tree;
-    std::vector<const yfw_datatree*> roots;
-    yfw_datatree everything{};
-    everything.tag = "interfaces";
-    everything.ns = YFW_OPENCONFIG_INTERFACES_NS;
-    if (filter.empty()) roots.push_back(&everything);
-    const lyd_node* top = nullptr;
-    LY_LIST_FOR(filter.get(), top) {
-      roots.push_back(tree.filter(top));
-    }
-    for (const yfw_datatree* const root : roots) {
-      const cerrno result = environment.plugins->openconfig_root()(walk_state.ctx(), root, walk_state.output().root());
-      if (result != 0 || walk_state.failed()) throw Refused(walk_state.refusal(result));
-    }
-    fetch.set.merge(FetchSet(walk_state.output()));
-    for (std::string& path : to_paths(walk_state.output())) {
-      if (seen.insert(path).second) fetch.paths.push_back(std::move(path));
-    }
-  }
-  return fetch;
-}
-
 Data read_entries(const Environment& environment, const std::vector<const lyd_node*>& entries, const FetchSet& fetch,
                   const Data* operational, std::vector<Warning>& warnings) {
   WalkState walk_state(environment, operational == nullptr ? kReadConfig : kReadState);
@@ -363,87 +186,6 @@ Data read_entries(const Environment& environment, const std::vector<const lyd_no
   }
   if (operational != nullptr) walk_operational(walk_state, *operational, warnings);
   return to_data(walk_state.output(), warnings);
-}
-
-namespace {
-
-// The node that validation complained about last, below or at `data`.
-lyd_node* culprit(const ly_ctx* models, const Data& data, std::string& why) {
-  const Complaint complaint = last_complaint(models);
-  why = complaint.message;
-  lyd_node* found = nullptr;
-  if (complaint.path.empty() || lyd_find_path(data.get(), complaint.path.c_str(), 0, &found) != LY_SUCCESS) {
-    return nullptr;
-  }
-  // An entry without its key would be none.
-  const bool is_key = found->schema != nullptr && lysc_is_key(found->schema);
-  return is_key ? lyd_parent(found) : found;
-}
-
-void make_tree_valid(const Environment& environment, Data& data, std::vector<Warning>& warnings) {
-  while (!data.empty()) {
-    ly_err_clean(const_cast<ly_ctx*>(environment.models), nullptr);
-    if (environment.validator->validate(data)) return;
-    std::string why;
-    lyd_node* const node = culprit(environment.models, data, why);
-    if (node == nullptr) {
-      warnings.push_back({"", fmt::format("the answer is not valid: {}", why)});
-      return;
-    }
-    warnings.push_back({path_of(node), fmt::format("left out, not valid in OpenConfig: {}", why)});
-    if (node->parent == nullptr) {
-      data.reset();
-    } else {
-      lyd_free_tree(node);
-    }
-  }
-}
-
-}  // namespace
-
-namespace {
-
-void make_configuration_valid(const Environment& environment, Data& data, std::vector<Warning>& warnings) {
-  if (environment.validator->reach(data.get()) == Reach::nowhere) return;
-  Data whole = data.clone();
-  ly_err_clean(const_cast<ly_ctx*>(environment.models), nullptr);
-  if (environment.validator->validate(whole)) {
-    data = std::move(whole);
-    return;
-  }
-  // One interface after the other, so that many faults do not mean as many passes over everything.
-  lyd_node* const root = data.get();
-  lyd_node* entry = lyd_child(root);
-  Data valid;
-  while (entry != nullptr) {
-    lyd_node* const next = entry->next;
-    lyd_node* alone = nullptr;
-    lyd_dup_single(root, nullptr, 0, &alone);
-    lyd_unlink_tree(entry);
-    lyd_insert_child(alone, entry);
-    Data single(alone);
-    make_tree_valid(environment, single, warnings);
-    lyd_node* const kept = single.empty() ? nullptr : lyd_child(single.get());
-    if (valid.empty()) {
-      valid = std::move(single);
-    } else if (kept != nullptr) {
-      lyd_unlink_tree(kept);
-      lyd_insert_child(valid.get(), kept);
-    }
-    entry = next;
-  }
-  data = std::move(valid);
-}
-
-}  // namespace
-
-void make_valid(const Environment& environment, Data& data, std::vector<Warning>& warnings) {
-  if (data.empty()) return;
-  // State is what the device tells; only configuration has to be complete.
-  Data state = holds_state(data) ? take_state(data) : Data();
-  if (!data.empty()) make_configuration_valid(environment, data, warnings);
-  strip_defaults(data);
-  if (!state.empty()) lyd_merge_siblings(data.out(), state.release(), LYD_MERGE_DESTRUCT);
 }
 
 }  // namespace yfw

@@ -11,6 +11,7 @@
 #include "framework/tree/entries.h"
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
+#include "framework/walk/abi.h"
 #include "framework/walk/environment.h"
 #include "framework/walk/output_tree.h"
 #include "framework/walk/walk_state.h"
@@ -44,12 +45,14 @@ struct Row {
   const char* link = nullptr;
 };
 
+#define NATIVE "/interface-configurations/interface-configuration/"
+
 constexpr Row kInterfaceConfig[] = {
     {"name", kInterfacesNs, Kind::answered},
     {"type", kInterfacesNs, Kind::answered},
-    {"description", kInterfacesNs, Kind::copied, {}, "description"},
-    {"mtu", kInterfacesNs, Kind::copied, {}, "mtu"},
-    {"enabled", kInterfacesNs, Kind::inverted, {}, "shutdown"},
+    {"description", kInterfacesNs, Kind::copied, {}, NATIVE "description"},
+    {"mtu", kInterfacesNs, Kind::copied, {}, NATIVE "mtu"},
+    {"enabled", kInterfacesNs, Kind::inverted, {}, NATIVE "shutdown"},
     {"tpid", kVlanNs, Kind::entry, {}, "config"},
 };
 constexpr Row kInterfaceState[] = {
@@ -57,8 +60,8 @@ constexpr Row kInterfaceState[] = {
 };
 constexpr Row kSubinterfaceConfig[] = {
     {"index", kInterfacesNs, Kind::answered},
-    {"description", kInterfacesNs, Kind::copied, {}, "description"},
-    {"enabled", kInterfacesNs, Kind::inverted, {}, "shutdown"},
+    {"description", kInterfacesNs, Kind::copied, {}, NATIVE "description"},
+    {"enabled", kInterfacesNs, Kind::inverted, {}, NATIVE "shutdown"},
 };
 constexpr Row kSubinterface[] = {
     {"index", kInterfacesNs, Kind::answered},
@@ -101,10 +104,6 @@ const Row* row_of(std::span<const Row> rows, const char* tag, const char* ns) {
 
 bool is_list_row(const Row& row) {
   return row.kind == Kind::interface_list || row.kind == Kind::subinterface_list;
-}
-
-std::string native_path(const char* leaf) {
-  return std::string(kNativeEntryPath) + "/" + leaf;
 }
 
 class Walk {
@@ -151,16 +150,13 @@ class Walk {
   }
 
   cerrno passes(const Row& row, yfw_datatree* node) {
-    constexpr uint32_t kMerge = 0;
-    constexpr uint32_t kReplace = 1;
-    constexpr uint32_t kRemove = 4;
-    if (node->operation == kReplace) {
+    if (node->operation == abi::kReplace) {
       // As every walker does it: take all of it away, then write what is to be there.
-      node->operation = kRemove;
+      node->operation = abi::kRemove;
       implicit(row, node);
-      node->operation = kMerge;
+      node->operation = abi::kMerge;
       const cerrno result = children(row, node);
-      node->operation = kReplace;
+      node->operation = abi::kReplace;
       return result;
     }
     if (yfw_map_is_request_delete(node) != 0) {
@@ -195,9 +191,8 @@ class Walk {
 
   // True when a filter names nothing below the node but values that entries must have.
   static bool only_selects(const yfw_datatree* node) {
-    constexpr uint8_t kSelecting = 0x02;
     for (uint32_t i = 0; i < node->subtree_count; ++i) {
-      if ((node->subtrees[i].node_flags & kSelecting) == 0) return false;
+      if ((node->subtrees[i].node_flags & abi::kSelecting) == 0) return false;
     }
     return true;
   }
@@ -258,7 +253,7 @@ class Walk {
     for (uint32_t i = 0; i < vlan->subtree_count; ++i) {
       if (same(vlan->subtrees[i].tag, "config")) config = &vlan->subtrees[i];
     }
-    const bool whole = vlan->subtree_count == 0 || vlan->operation == 1;
+    const bool whole = vlan->subtree_count == 0 || vlan->operation == abi::kReplace;
     if (config == nullptr && !whole) return call_entry(row, node);
     cerrno result = 0;
     if (config != nullptr) {
@@ -285,16 +280,14 @@ class Walk {
   }
 
   cerrno leaf(const Row& row, const yfw_datatree* node) {
-    const std::string path = native_path(row.link);
     const char* value = node->value;
     yfw_datatree source = *node;
     if (row.kind == Kind::inverted && !is_read() && yfw_map_is_request_delete(node) == 0) {
       // Enabled is the absence of the native leaf.
-      constexpr uint32_t kRemove = 4;
-      if (!same(value, "false")) source.operation = kRemove;
+      if (!same(value, "false")) source.operation = abi::kRemove;
       value = nullptr;
     }
-    return yfw_map_datatree_add_path_flagged(ctx_, output_, path.c_str(), kNativeInterfaceNs, value,
+    return yfw_map_datatree_add_path_flagged(ctx_, output_, row.link, kNativeInterfaceNs, value,
                                              is_read() ? nullptr : &source, nullptr, 0, 1);
   }
 
@@ -303,11 +296,10 @@ class Walk {
     yfw_map_req_state& state = walk_state_.state();
     const bool mine = state.implicit_walk != 1;
     const yfw_datatree saved = *node;
-    constexpr uint8_t kHasSubtrees = 0x40;
     state.implicit_walk = 1;
     node->subtrees = nullptr;
     node->subtree_count = 0;
-    node->node_flags = static_cast<uint8_t>(node->node_flags & ~kHasSubtrees);
+    node->node_flags = static_cast<uint8_t>(node->node_flags & ~abi::kHasSubtrees);
     for (const Row& child : row.children) implicit_child(child, node);
     node->subtrees = saved.subtrees;
     node->subtree_count = saved.subtree_count;
@@ -364,8 +356,8 @@ class Walk {
       output.touch_entry(kNativeEntryPath, Mark::inherit);
     }
     if (index_.empty() || environment.layer != Layer::l2) return;
-    yfw_map_datatree_add_path_flagged(ctx_, output_, native_path("l2-transport").c_str(), kNativeInterfaceNs, nullptr,
-                                      nullptr, nullptr, 0, 0);
+    yfw_map_datatree_add_path_flagged(ctx_, output_, NATIVE "l2-transport", kNativeInterfaceNs, nullptr, nullptr,
+                                      nullptr, 0, 0);
     output.move_last_child_first(kNativeEntryPath, walk_state_.native_name());
   }
 
@@ -384,6 +376,9 @@ class Walk {
   std::string interface_;
   std::string index_;
 };
+
+#define INTERFACE_CONFIG "/interfaces/interface/config/"
+#define SUBINTERFACE_CONFIG "/interfaces/interface/subinterfaces/subinterface/config/"
 
 void add_own(WalkState& walk_state, const char* path, const char* value) {
   yfw_map_datatree_add_path_flagged(walk_state.ctx(), walk_state.output().root(), path, kInterfacesNs, value, nullptr,
@@ -414,26 +409,26 @@ const char* type_of_interface(std::string_view name) {
   return name.find("Bundle-Ether") == std::string_view::npos ? "ethernetCsmacd" : "ieee8023adLag";
 }
 
-void answer_own_leaves(WalkState& walk_state, const yfw_datatree* native_entry) {
+void answer_own_leaves(WalkState& walk_state, const lyd_node* native_entry) {
   const bool sub = !walk_state.subinterface_index().empty();
-  const std::string base =
-      sub ? "/interfaces/interface/subinterfaces/subinterface/config/" : "/interfaces/interface/config/";
-  const auto add = [&](const std::string& leaf, const char* value) {
-    add_own(walk_state, (base + leaf).c_str(), value);
-  };
-  const std::string name = walk_state.state().interface_name;
-  add_own(walk_state, "/interfaces/interface/config/name", name.c_str());
+  const char* const name = walk_state.state().interface_name;
+  add_own(walk_state, INTERFACE_CONFIG "name", name);
   yfw_node_slot type{};
-  yfw_map_datatree_add_path_flagged(walk_state.ctx(), walk_state.output().root(), "/interfaces/interface/config/type",
+  yfw_map_datatree_add_path_flagged(walk_state.ctx(), walk_state.output().root(), INTERFACE_CONFIG "type",
                                     kInterfacesNs, type_of_interface(name), nullptr, &type, 0, 0);
   if (type.node != nullptr) type.node->value_ns = const_cast<char*>("urn:ietf:params:xml:ns:yang:iana-if-type");
-  if (sub) add("index", walk_state.subinterface_index().c_str());
-  for (uint32_t i = 0; native_entry != nullptr && i < native_entry->subtree_count; ++i) {
-    const yfw_datatree& leaf = native_entry->subtrees[i];
-    if (!same(leaf.ns, kNativeInterfaceNs)) continue;
-    if (same(leaf.tag, "description")) add("description", leaf.value);
-    if (same(leaf.tag, "mtu") && !sub) add("mtu", leaf.value);
-    if (same(leaf.tag, "shutdown")) add("enabled", "false");
+  if (sub) add_own(walk_state, SUBINTERFACE_CONFIG "index", walk_state.subinterface_index().c_str());
+  const lyd_node* leaf = nullptr;
+  LY_LIST_FOR(native_entry == nullptr ? nullptr : lyd_child(native_entry), leaf) {
+    if (!same(namespace_of(leaf->schema), kNativeInterfaceNs)) continue;
+    if (named(leaf, "description")) {
+      add_own(walk_state, sub ? SUBINTERFACE_CONFIG "description" : INTERFACE_CONFIG "description",
+              lyd_get_value(leaf));
+    }
+    if (named(leaf, "mtu") && !sub) add_own(walk_state, INTERFACE_CONFIG "mtu", lyd_get_value(leaf));
+    if (named(leaf, "shutdown")) {
+      add_own(walk_state, sub ? SUBINTERFACE_CONFIG "enabled" : INTERFACE_CONFIG "enabled", "false");
+    }
   }
 }
 

@@ -14,7 +14,7 @@ class WalkState;
 enum class Claim : std::uint8_t {
   nobody,
   framework,  // ancestors, keys, and the leaves that the framework maps or answers itself
-  plugin,   // below an element for which a plug-in has an entry walker
+  plugin,     // below an element for which a plug-in has an entry walker
 };
 
 Claim claim_of(const lysc_node* node);
@@ -24,6 +24,6 @@ const char* type_of_interface(std::string_view name);
 
 // OpenConfig from the leaves of a native entry that are the framework's own: names, index, type, description, mtu,
 // enabled. The walk's interface says which entry is meant.
-void answer_own_leaves(WalkState& walk_state, const yfw_datatree* native_entry);
+void answer_own_leaves(WalkState& walk_state, const lyd_node* native_entry);
 
 }  // namespace yfw

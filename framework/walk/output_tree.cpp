@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "framework/tree/schema.h"
+#include "framework/walk/abi.h"
 #include "yfw/yfw_map.h"
 
 namespace yfw {
@@ -23,12 +24,9 @@ void set_value(OutputNode& node, const char* value) {
 }
 
 Mark mark_of(const yfw_datatree* source) {
-  constexpr uint32_t kReplace = 1;
-  constexpr uint32_t kDelete = 3;
-  constexpr uint32_t kRemove = 4;
   if (source == nullptr) return Mark::inherit;
-  if (source->operation == kDelete || source->operation == kRemove) return Mark::remove;
-  return source->operation == kReplace ? Mark::replace : Mark::inherit;
+  if (source->operation == abi::kDelete || source->operation == abi::kRemove) return Mark::remove;
+  return source->operation == abi::kReplace ? Mark::replace : Mark::inherit;
 }
 
 bool clears(const OutputNode* node) {
@@ -46,7 +44,7 @@ void keep(OutputNode* node) {
 
 std::size_t OutputTree::EntryKeyHash::operator()(const EntryKey& key) const noexcept {
   const std::size_t place = std::hash<const void*>{}(key.parent) * 31 + std::hash<const void*>{}(key.list);
-  return place * 31 + std::hash<std::string>{}(key.key);
+  return place * 31 + std::hash<std::string_view>{}(key.key);
 }
 
 OutputTree::Current* OutputTree::current(const lysc_node* list) {
@@ -65,8 +63,22 @@ void OutputTree::set_current(const lysc_node* list, std::string_view key) {
   }
 }
 
+void OutputTree::clear() {
+  root_.children.clear();
+  entries_.clear();
+  used_ = 0;
+  left_out_ = false;
+  for (Current& each : current_) each.node = nullptr;
+}
+
 OutputNode* OutputTree::make(OutputNode* parent, const lysc_node* schema) {
-  OutputNode& node = nodes_.emplace_back();
+  if (used_ == nodes_.size()) nodes_.emplace_back();
+  OutputNode& node = nodes_[used_++];
+  node.data = {};
+  node.children.clear();
+  node.key.clear();
+  node.mark = Mark::inherit;
+  node.asked = false;
   node.schema = schema;
   node.parent = parent;
   node.data.tag = schema->name;
@@ -87,7 +99,7 @@ OutputNode* OutputTree::make_entry(OutputNode* parent, const lysc_node* list, st
 }
 
 OutputNode* OutputTree::find_entry(const OutputNode* parent, const lysc_node* list, std::string_view key) const {
-  const auto found = entries_.find(EntryKey{parent, list, std::string(key)});
+  const auto found = entries_.find(EntryKey{parent, list, key});
   return found == entries_.end() ? nullptr : found->second;
 }
 
@@ -108,10 +120,15 @@ OutputNode* OutputTree::child(OutputNode* parent, const lysc_node* schema) const
   return found == parent->children.end() ? nullptr : *found;
 }
 
+const PathCache::Steps* OutputTree::resolve(const char* path, const char* ns) {
+  if (path == nullptr) return nullptr;
+  return recent_paths_.of(path, ns, [&] { return paths_.resolve(path, ns); });
+}
+
 cerrno OutputTree::add(yfw_datatree* tree, const char* path, const char* ns, const char* value,
                        const yfw_datatree* source, yfw_node_slot* slot, bool list_entry, std::string_view new_key) {
   if (slot != nullptr) slot->node = nullptr;
-  const PathCache::Steps* const steps = paths_.resolve(path, ns);
+  const PathCache::Steps* const steps = resolve(path, ns);
   if (tree == nullptr || steps == nullptr) return CERR_INVALID_ARGS;
   OutputNode* parent = &root_;
   std::size_t first = 0;
@@ -202,7 +219,7 @@ OutputNode* OutputTree::entry(yfw_datatree* tree, const char* list_path, const c
   const bool from_root = tree == root();
   OutputNode* const base = from_root ? &root_ : node_of(tree);
   const PathCache::Steps* const steps =
-      from_root ? paths_.resolve(list_path, ns) : paths_.resolve_below(base->schema, list_path, ns);
+      from_root ? resolve(list_path, ns) : paths_.resolve_below(base->schema, list_path, ns);
   if (steps == nullptr || !is_list(steps->back())) return nullptr;
   OutputNode* node = base;
   for (const lysc_node* const schema : *steps) {
@@ -224,14 +241,14 @@ OutputNode* OutputTree::entry(yfw_datatree* tree, const char* list_path, const c
 }
 
 cerrno OutputTree::touch_entry(const char* list_path, Mark mark) {
-  const PathCache::Steps* const steps = paths_.resolve(list_path, nullptr);
+  const PathCache::Steps* const steps = resolve(list_path, nullptr);
   if (steps == nullptr) return CERR_INVALID_ARGS;
   if (mark == Mark::remove) return remove_steps(&root_, *steps, 0, nullptr);
   return add_steps(&root_, *steps, 0, nullptr, nullptr, nullptr, false, {});
 }
 
 OutputNode* OutputTree::top_entry(const char* list_path, std::string_view key) {
-  const PathCache::Steps* const steps = paths_.resolve(list_path, nullptr);
+  const PathCache::Steps* const steps = resolve(list_path, nullptr);
   OutputNode* const list_parent = steps == nullptr ? nullptr : child(&root_, steps->front());
   return list_parent == nullptr ? nullptr : find_entry(list_parent, steps->back(), key);
 }
@@ -258,15 +275,14 @@ void OutputTree::move_last_child_first(const char* list_path, std::string_view k
 }
 
 void OutputTree::roll_back(std::size_t size) {
-  while (nodes_.size() > size) {
-    OutputNode& node = nodes_.back();
+  while (used_ > size) {
+    OutputNode& node = nodes_[--used_];
     std::vector<OutputNode*>& siblings = node.parent->children;
     if (!siblings.empty() && siblings.back() == &node) siblings.pop_back();
     if (!node.key.empty()) entries_.erase(EntryKey{node.parent, node.schema, node.key});
     for (Current& each : current_) {
       if (each.node == &node) each.node = nullptr;
     }
-    nodes_.pop_back();
   }
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "framework/tree/schema.h"
+#include "framework/walk/recent_texts.h"
 #include "yfw-host/data.h"
 #include "yfw-host/error.h"
 #include "yfw/yfw_map.h"
@@ -38,6 +39,9 @@ class OutputTree {
   OutputTree(const OutputTree&) = delete;
   OutputTree& operator=(const OutputTree&) = delete;
 
+  // Forgets what was added; which entries are current stays.
+  void clear();
+
   // What mapping functions are given as their output.
   yfw_datatree* root() { return &root_.data; }
   const OutputNode& top() const { return root_; }
@@ -67,7 +71,7 @@ class OutputTree {
   void move_last_child_first(const char* list_path, std::string_view key);
 
   // Takes back everything that was added since `mark()` gave `size`.
-  std::size_t mark() const { return nodes_.size(); }
+  std::size_t mark() const { return used_; }
   void roll_back(std::size_t size);
 
   // True when adds were left out because no entry of their list was current, since the last call.
@@ -82,13 +86,14 @@ class OutputTree {
   struct EntryKey {
     const OutputNode* parent;
     const lysc_node* list;
-    std::string key;
+    std::string_view key;  // of an entry that is remembered: its own
     bool operator==(const EntryKey&) const = default;
   };
   struct EntryKeyHash {
     std::size_t operator()(const EntryKey& key) const noexcept;
   };
 
+  const PathCache::Steps* resolve(const char* path, const char* ns);
   cerrno add_steps(OutputNode* parent, const PathCache::Steps& steps, std::size_t first, const char* value,
                    const yfw_datatree* source, yfw_node_slot* slot, bool list_entry, std::string_view new_key);
   cerrno remove_steps(OutputNode* parent, const PathCache::Steps& steps, std::size_t first, yfw_node_slot* slot);
@@ -101,8 +106,10 @@ class OutputTree {
   Current* current(const lysc_node* list);
 
   PathCache& paths_;
+  RecentTexts<const PathCache::Steps*> recent_paths_;
   OutputNode root_;
-  std::deque<OutputNode> nodes_;
+  std::deque<OutputNode> nodes_;  // those behind the first `used_` wait to be used again
+  std::size_t used_ = 0;
   std::vector<Current> current_;
   std::unordered_map<EntryKey, OutputNode*, EntryKeyHash> entries_;
   bool left_out_ = false;

@@ -2,20 +2,20 @@
 // from the native running configuration.
 #include "yfw/platform.h"
 
-#include <fmt/format.h>
-
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "framework/tree/nodes.h"
+#include "framework/walk/traced.h"
 #include "framework/walk/walk_state.h"
 #include "yfw-host/host.h"
 #include "yfw/yfw_map.h"
 
 namespace {
 
+using yfw::traced;
 using yfw::TraceLine;
 using yfw::WalkState;
 
@@ -24,11 +24,6 @@ constexpr uint32_t kL2Handle = 2;
 constexpr uint32_t kL3Handle = 3;
 constexpr uint64_t kSysdbConnection = 1;
 constexpr char kSwitchedItem[] = "/vlan_trunk/vlan_switched";
-
-void traced(std::string text) {
-  const WalkState* const walk_state = WalkState::running();
-  if (walk_state != nullptr && walk_state->tracing()) walk_state->trace(TraceLine::Kind::call, 3, std::move(text));
-}
 
 // What the item of an interface's switched VLAN settings holds.
 struct SwitchedItem {
@@ -67,7 +62,7 @@ cerrno imc_interface_find(void*, uint32_t count, const imc_find_request* request
   for (uint32_t i = 0; i < count; ++i) {
     const std::optional<bool> l2 = walk_state->is_l2_interface(requests[i].name);
     replies[i] = {l2.value_or(false) ? kL2Handle : kL3Handle, l2.has_value() ? 0 : CERR_INVALID_ARGS};
-    traced(fmt::format("interface {} -> {}", requests[i].name, !l2.has_value() ? "unknown" : *l2 ? "L2" : "L3"));
+    traced("interface {} -> {}", requests[i].name, !l2.has_value() ? "unknown" : *l2 ? "L2" : "L3");
   }
   return 0;
 }
@@ -76,7 +71,7 @@ cerrno imc_interface_get_flags(void*, uint32_t count, const uint32_t* handles, i
   if (handles == nullptr || replies == nullptr) return CERR_INVALID_ARGS;
   for (uint32_t i = 0; i < count; ++i) {
     replies[i] = {handles[i] == kL2Handle ? kL2TransportFlag : 0, 0};
-    traced(fmt::format("flags of interface handle {} -> {:#x}", handles[i], replies[i].flags));
+    traced("flags of interface handle {} -> {:#x}", handles[i], replies[i].flags);
   }
   return 0;
 }
@@ -84,7 +79,7 @@ cerrno imc_interface_get_flags(void*, uint32_t count, const uint32_t* handles, i
 int _sysdb_bind(uint64_t* connid, const char* path, uint32_t) {
   if (connid == nullptr || path == nullptr) return EINVAL;
   *connid = kSysdbConnection;
-  traced(fmt::format("system database bound at {}", path));
+  traced("system database bound at {}", path);
   return 0;
 }
 
@@ -100,7 +95,7 @@ cerrno sysdb_item_get(uint64_t, const char* path, void** value, uint32_t* length
   const lyd_node* const entry = known_item ? walk_state->sysdb_entry(name) : nullptr;
   const lyd_node* const trunk = entry == nullptr ? nullptr : yfw::child_named(entry, "vlan-trunk-configuration");
   const lyd_node* const switched = trunk == nullptr ? nullptr : yfw::child_named(trunk, "vlan-switched");
-  traced(fmt::format("system database {} -> {}", path, switched == nullptr ? "no such item" : "found"));
+  traced("system database {} -> {}", path, switched == nullptr ? "no such item" : "found");
   if (switched == nullptr) return CERR_INVALID_ARGS;
   const lyd_node* const mode = yfw::child_named(switched, "mode");
   auto* const data = static_cast<SwitchedItem*>(std::calloc(1, sizeof(SwitchedItem)));
@@ -122,7 +117,7 @@ cerrno tuple_unpack_mask(const void* value, uint32_t length, const char* format,
   for (const int32_t number : item->numbers) *va_arg(arguments, int32_t*) = number;
   *va_arg(arguments, const char**) = item->text;
   va_end(arguments);
-  traced(fmt::format("unpacked {} {} {} {}", item->numbers[0], item->numbers[1], item->numbers[2], item->text));
+  traced("unpacked {} {} {} {}", item->numbers[0], item->numbers[1], item->numbers[2], item->text);
   return 0;
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <mutex>
+#include <utility>
 
 #include "yfw-host/error.h"
 #include "yfw/platform.h"
@@ -21,6 +22,10 @@ constexpr char kNativePrefix[] = "ymap_vo_oc_vlan_vexnetosl2ethinfracfg_augment_
 constexpr char kSysdbConnection[] = "vlan_cfg_sysdb_connid";
 constexpr char kSysdbRoot[] = "/cfg/if/act/";
 constexpr uint32_t kSysdbFlags = 4;
+
+// The elements below which those of a plug-in stand.
+constexpr std::array<const char*, 6> kOpenConfigEntries{"config",   "state",       "subinterface",
+                                                        "ethernet", "aggregation", "interface"};
 
 struct NativeEntry {
   std::string_view element;
@@ -69,6 +74,7 @@ void Plugins::load(const std::string& path) {
     throw Unreadable(fmt::format("{} is no mapping plug-in: it has neither a registration nor an entry walker", path));
   }
   handles_.push_back(handle);
+  look_up_entries();
   // A plug-in's own state is one per process, whichever host loads it.
   static std::mutex registration;
   const std::lock_guard<std::mutex> lock(registration);
@@ -82,15 +88,38 @@ void Plugins::load(const std::string& path) {
   if (connection != nullptr && *connection == 0) _sysdb_bind(connection, kSysdbRoot, kSysdbFlags);
 }
 
+void Plugins::look_up_entries() {
+  openconfig_entries_.clear();
+  for (const char* const below : kOpenConfigEntries) {
+    openconfig_entries_.emplace_back(
+        below, as_function<yfw_map_walker_fn>(symbol(fmt::format("{}{}", kOpenConfigPrefix, below))));
+  }
+  native_entries_.clear();
+  for (const NativeEntry& each : kNativeEntries) {
+    native_entries_.emplace_back(
+        each.element, as_function<yfw_map_walker_fn>(symbol(fmt::format("{}{}", kNativePrefix, each.walker))));
+  }
+  routed_vlan_ = {as_function<yfw_map_walker_fn>(symbol("map_oc_to_vex_l3_vlan")),
+                  as_function<yfw_map_container_fn>(symbol("map_vex_to_oc_l3_vlan"))};
+}
+
+namespace {
+
+template <typename Entries>
+yfw_map_walker_fn walker_of(const Entries& entries, std::string_view name) {
+  const auto found =
+      std::find_if(entries.begin(), entries.end(), [name](const auto& each) { return each.first == name; });
+  return found == entries.end() ? nullptr : found->second;
+}
+
+}  // namespace
+
 yfw_map_walker_fn Plugins::openconfig_entry(std::string_view below) const {
-  return as_function<yfw_map_walker_fn>(symbol(fmt::format("{}{}", kOpenConfigPrefix, below)));
+  return walker_of(openconfig_entries_, below);
 }
 
 yfw_map_walker_fn Plugins::native_entry(std::string_view element) const {
-  const auto* const row = std::find_if(kNativeEntries.begin(), kNativeEntries.end(),
-                                       [element](const NativeEntry& entry) { return entry.element == element; });
-  if (row == kNativeEntries.end()) return nullptr;
-  return as_function<yfw_map_walker_fn>(symbol(fmt::format("{}{}", kNativePrefix, row->walker)));
+  return walker_of(native_entries_, element);
 }
 
 yfw_map_walker_fn Plugins::openconfig_root() const {
@@ -105,11 +134,6 @@ yfw_map_walker_fn Plugins::operational_root() const {
     if (record.native_walker != nullptr) return record.native_walker;
   }
   return nullptr;
-}
-
-RoutedVlanBinding Plugins::routed_vlan() const {
-  return {as_function<yfw_map_walker_fn>(symbol("map_oc_to_vex_l3_vlan")),
-          as_function<yfw_map_container_fn>(symbol("map_vex_to_oc_l3_vlan"))};
 }
 
 }  // namespace yfw

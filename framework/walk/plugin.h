@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "yfw/yfw_map.h"
@@ -38,10 +39,16 @@ class Plugins {
   yfw_map_walker_fn openconfig_root() const;
   yfw_map_walker_fn operational_root() const;
 
-  RoutedVlanBinding routed_vlan() const;
+  RoutedVlanBinding routed_vlan() const { return routed_vlan_; }
 
  private:
   void* symbol(const std::string& name) const;
+  void look_up_entries();
+
+  // Looked up once: walks ask for them at each entry.
+  std::vector<std::pair<std::string_view, yfw_map_walker_fn>> openconfig_entries_;
+  std::vector<std::pair<std::string_view, yfw_map_walker_fn>> native_entries_;
+  RoutedVlanBinding routed_vlan_;
 
   std::vector<void*> handles_;
   std::vector<yfw_map_reg_mod_t> records_;

@@ -5,11 +5,13 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
 #include "framework/vlan/trunk_text.h"
+#include "framework/walk/abi.h"
 #include "yfw-host/data.h"
 #include "yfw/yfw_map.h"
 
@@ -17,24 +19,21 @@ namespace yfw {
 
 namespace {
 
-constexpr uint8_t kSelecting = 0x02;
-constexpr uint8_t kHasSubtrees = 0x40;
-
 uint32_t code_of(Operation operation) {
   switch (operation) {
     case Operation::replace:
-      return 1;
+      return abi::kReplace;
     case Operation::create:
-      return 2;
+      return abi::kCreate;
     case Operation::delete_:
-      return 3;
+      return abi::kDelete;
     case Operation::remove:
-      return 4;
+      return abi::kRemove;
     case Operation::merge:
     case Operation::none:
       break;
   }
-  return 0;
+  return abi::kMerge;
 }
 
 bool is_key_node(const lyd_node* node) {
@@ -100,28 +99,48 @@ struct RequestTree::Builder {
     set_value(made, node);
     const Operation own = namespaces == nullptr ? Operation::merge : operation_of(node, outer);
     made.operation = code_of(own);
-    if (filter && made.value != nullptr) made.node_flags |= kSelecting;
+    if (filter && made.value != nullptr) made.node_flags |= abi::kSelecting;
 
+    if (namespaces != nullptr) {
+      fill_ordered(made, node, own);
+      return;
+    }
+    const auto is_taken = [this](const lyd_node* child) {
+      return (child->flags & LYD_DEFAULT) == 0 && (wanted == nullptr || (*wanted)(child));
+    };
+    // Who wants what is asked twice, which costs less than to remember it.
+    std::size_t count = 0;
+    const lyd_node* child = nullptr;
+    LY_LIST_FOR(first_child(node), child) {
+      if (is_taken(child)) ++count;
+    }
+    yfw_datatree* place = make_room(made, count);
+    LY_LIST_FOR(count == 0 ? nullptr : first_child(node), child) {
+      if (is_taken(child)) fill(*place++, child, Operation::merge);
+    }
+  }
+
+  // Deletes before writes.
+  void fill_ordered(yfw_datatree& made, const lyd_node* node, Operation own) const {
     std::vector<const lyd_node*> children;
     const lyd_node* child = nullptr;
     LY_LIST_FOR(first_child(node), child) {
-      if (wanted != nullptr && *wanted != nullptr && !(*wanted)(child)) continue;
       if (removes(own) && !is_key_node(child)) continue;
-      if (child->flags & LYD_DEFAULT) continue;
-      children.push_back(child);
+      if ((child->flags & LYD_DEFAULT) == 0) children.push_back(child);
     }
-    if (namespaces != nullptr) {
-      std::stable_partition(children.begin(), children.end(),
-                            [own](const lyd_node* each) { return contains_removal(each, passed_down(own)); });
-    }
-    if (children.empty()) return;
-    made.subtrees =
-        static_cast<yfw_datatree*>(arena.allocate(children.size() * sizeof(yfw_datatree), alignof(yfw_datatree)));
-    made.subtree_count = static_cast<uint32_t>(children.size());
-    made.node_flags |= kHasSubtrees;
-    for (std::size_t i = 0; i < children.size(); ++i) {
-      fill(*new (&made.subtrees[i]) yfw_datatree{}, children[i], passed_down(own));
-    }
+    std::stable_partition(children.begin(), children.end(),
+                          [own](const lyd_node* each) { return contains_removal(each, passed_down(own)); });
+    yfw_datatree* place = make_room(made, children.size());
+    for (const lyd_node* const each : children) fill(*place++, each, passed_down(own));
+  }
+
+  yfw_datatree* make_room(yfw_datatree& made, std::size_t count) const {
+    if (count == 0) return nullptr;
+    made.subtrees = static_cast<yfw_datatree*>(arena.allocate(count * sizeof(yfw_datatree), alignof(yfw_datatree)));
+    std::uninitialized_value_construct_n(made.subtrees, count);
+    made.subtree_count = static_cast<uint32_t>(count);
+    made.node_flags |= abi::kHasSubtrees;
+    return made.subtrees;
   }
 
   yfw_datatree* build(const lyd_node* node, Operation outer) const {
@@ -138,7 +157,7 @@ yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t co
   record.ns = namespace_of(node->schema);
   record.subtrees = children;
   record.subtree_count = count;
-  record.node_flags = kHasSubtrees;
+  record.node_flags = abi::kHasSubtrees;
   return record;
 }
 
@@ -151,7 +170,7 @@ yfw_datatree* RequestTree::filter(const lyd_node* node) {
 }
 
 yfw_datatree* RequestTree::data(const lyd_node* node, const Wanted& wanted) {
-  return Builder{arena_, nullptr, &wanted}.build(node, Operation::merge);
+  return Builder{arena_, nullptr, wanted == nullptr ? nullptr : &wanted}.build(node, Operation::merge);
 }
 
 }  // namespace yfw

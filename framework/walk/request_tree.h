@@ -1,6 +1,8 @@
 // Request trees and native data as mapping functions walk them, built from libyang data.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <functional>
 #include <memory_resource>
 #include <unordered_map>
@@ -38,9 +40,14 @@ class RequestTree {
   // Data as it is, texts of trunk VLANs in their canonical form; `wanted` (null: all) says which nodes.
   yfw_datatree* data(const lyd_node* node, const Wanted& wanted = nullptr);
 
+  // Gives up all that was built, for others to take its room.
+  void clear() { arena_.release(); }
+
  private:
   struct Builder;
-  std::pmr::monotonic_buffer_resource arena_;
+  // Enough for an entry; a whole configuration takes more.
+  std::array<std::byte, 16384> first_;
+  std::pmr::monotonic_buffer_resource arena_{first_.data(), first_.size()};
 };
 
 }  // namespace yfw

@@ -1,20 +1,22 @@
-// The framework's services as mapping functions call them: thin, each traced as one line, answered by the walk's state. A
-// line of the log stands for the calls that wrote it.
+// The framework's services as mapping functions call them: thin, each traced as one line, answered by the walk's state.
+// A line of the log stands for the calls that wrote it.
 #include <fmt/format.h>
 
 #include <cstdlib>
 #include <cstring>
 
-#include "framework/tree/nodes.h"
+#include "framework/walk/abi.h"
 #include "framework/walk/output_tree.h"
+#include "framework/walk/traced.h"
 #include "framework/walk/walk_state.h"
-#include "yfw-host/host.h"
 #include "yfw/yfw_map.h"
 
 namespace {
 
-using yfw::TraceLine;
+using yfw::Late;
+using yfw::traced;
 using yfw::WalkState;
+namespace abi = yfw::abi;
 
 const char* shown(const char* text) {
   return text == nullptr ? "-" : text;
@@ -22,13 +24,6 @@ const char* shown(const char* text) {
 
 const char* shown_tag(const yfw_datatree* node) {
   return node == nullptr ? "-" : shown(node->tag);
-}
-
-template <typename... Arguments>
-void traced(fmt::format_string<Arguments...> format, Arguments&&... arguments) {
-  const WalkState* const walk_state = WalkState::running();
-  if (walk_state == nullptr || !walk_state->tracing()) return;
-  walk_state->trace(TraceLine::Kind::call, 3, fmt::format(format, std::forward<Arguments>(arguments)...));
 }
 
 bool is_edit(const WalkState& walk_state) {
@@ -40,27 +35,21 @@ bool equal(const char* left, const char* right) {
   return left != nullptr && right != nullptr && std::strcmp(left, right) == 0;
 }
 
-constexpr uint32_t kKeyFromNativeEntry = 0x20;
-constexpr uint32_t kMerge = 0;
-constexpr uint32_t kReplace = 1;
-constexpr uint32_t kCreate = 2;
-constexpr uint32_t kDelete = 3;
-constexpr uint32_t kRemove = 4;
-
 }  // namespace
 
 extern "C" {
 
 int yfw_map_is_request_add(yfw_map_ctx*, const yfw_datatree* node, yfw_datatree*) {
   const WalkState* const walk_state = WalkState::running();
-  const bool adds = walk_state != nullptr && node != nullptr && is_edit(*walk_state) &&
-                    (node->operation == kMerge || node->operation == kReplace || node->operation == kCreate);
+  const bool adds =
+      walk_state != nullptr && node != nullptr && is_edit(*walk_state) &&
+      (node->operation == abi::kMerge || node->operation == abi::kReplace || node->operation == abi::kCreate);
   traced("is {} added -> {}", shown_tag(node), adds);
   return adds ? 1 : 0;
 }
 
 int yfw_map_is_request_delete(const yfw_datatree* node) {
-  const bool goes = node != nullptr && (node->operation == kDelete || node->operation == kRemove);
+  const bool goes = node != nullptr && (node->operation == abi::kDelete || node->operation == abi::kRemove);
   traced("is {} deleted -> {}", shown_tag(node), goes);
   return goes ? 1 : 0;
 }
@@ -76,13 +65,16 @@ cerrno yfw_map_datatree_add_path_flagged(yfw_map_ctx*, yfw_datatree* tree, const
                                          uint32_t list_flag, uint32_t flags) {
   WalkState* const walk_state = WalkState::running();
   if (walk_state == nullptr) return CERR_INVALID_ARGS;
-  const std::string new_key = (flags & kKeyFromNativeEntry) != 0 ? walk_state->subinterface_index() : std::string();
+  std::string_view new_key;
+  if ((flags & abi::kKeyFromNativeEntry) != 0) new_key = walk_state->subinterface_index();
   const cerrno result = walk_state->output().add(tree, path, ns, value, source, slot, list_flag != 0, new_key);
   traced("add {} value={} source={} list={} flags={} -> {:#x}", shown(path), shown(value), shown_tag(source), list_flag,
          flags, result);
   if (path == nullptr) walk_state->no_place_for(source, value);
   if (walk_state->output().take_left_out()) {
-    walk_state->note(fmt::format("left out, no entry of its list is current: {}", shown(path)));
+    if (walk_state->tracing()) {
+      walk_state->note(fmt::format("left out, no entry of its list is current: {}", shown(path)));
+    }
   }
   return result;
 }
@@ -181,7 +173,7 @@ cerrno yfw_remove_from_output_list_ctx(yfw_map_ctx* ctx, const yfw_datatree* nod
 void yfw_oc_error_path(yfw_map_ctx*) {
   WalkState* const walk_state = WalkState::running();
   if (walk_state == nullptr) return;
-  traced("error path {}", walk_state->hierarchy_path());
+  traced("error path {}", Late{[walk_state] { return walk_state->hierarchy_path(); }});
   walk_state->fail_here();
 }
 

@@ -9,7 +9,9 @@
 
 #include "framework/datastore/running.h"
 #include "framework/tree/entries.h"
+#include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
+#include "framework/vlan/trunk_text.h"
 #include "framework/walk/environment.h"
 #include "framework/walk/output_tree.h"
 #include "yfw-host/error.h"
@@ -25,6 +27,7 @@ thread_local WalkState* current = nullptr;
 
 constexpr char kInterfaceList[] = "/interfaces/interface";
 constexpr char kSubinterfaceList[] = "/interfaces/interface/subinterfaces/subinterface";
+constexpr char kOperNodeList[] = "/vlan/nodes/node";
 constexpr char kOperInterfaceList[] = "/vlan/nodes/node/interfaces/interface";
 constexpr char kOperTrunkList[] = "/vlan/nodes/node/trunks/trunk";
 
@@ -82,6 +85,29 @@ WalkState::~WalkState() {
   for (void* const memory : memory_) std::free(memory);
 }
 
+void WalkState::restart() {
+  for (void* const memory : memory_) std::free(memory);
+  memory_.clear();
+  state_ = {};
+  state_.request_kind = &request_.request_kind;
+  output_.clear();
+  interface_name_.clear();
+  subinterface_index_.clear();
+  native_name_.clear();
+  depth_ = last_depth_ = failed_depth_ = 0;
+  failed_path_.reset();
+  unplaced_element_.clear();
+  unplaced_value_.clear();
+  native_lists_.clear();
+  looked_up_.clear();
+  last_missing_.clear();
+  misused_memory_ = false;
+  trace_index_ = 0;
+  taken_as_l3_.clear();
+  told_.clear();
+  warnings_.clear();
+}
+
 void WalkState::trace(TraceLine::Kind kind, int level, std::string text) const {
   if (tracing()) (*environment_.trace)({kind, level, std::move(text)});
 }
@@ -92,22 +118,36 @@ void WalkState::enter_interface(std::string_view name, std::string_view index) {
   native_name_ = join_interface_name(name, index);
   state_.interface_name = name.empty() ? nullptr : interface_name_.c_str();
   state_.subinterface_index = index.empty() ? nullptr : subinterface_index_.c_str();
-  const auto set = [this](const char* path, std::string_view key) {
-    const PathCache::Steps* const steps = environment_.paths->resolve(path, nullptr);
-    if (steps != nullptr) output_.set_current(steps->back(), key);
+  const Lists& known = lists();
+  const auto set = [this](const lysc_node* list, std::string_view key) {
+    if (list != nullptr) output_.set_current(list, key);
   };
-  set(kNativeEntryPath, native_name_);
-  set(kInterfaceList, name);
-  set(kSubinterfaceList, index);
+  set(known.native, native_name_);
+  set(known.interface, name);
+  set(known.subinterface, index);
   if (request_.request_kind == kEdit) return;
-  set("/vlan/nodes/node", OutputTree::kAny);
-  set(kOperInterfaceList, native_name_);
-  set(kOperTrunkList, name);
+  set(known.node, OutputTree::kAny);
+  set(known.oper_interface, native_name_);
+  set(known.oper_trunk, name);
+}
+
+const WalkState::Lists& WalkState::lists() {
+  if (lists_.has_value()) return *lists_;
+  const auto find = [this](const char* path) {
+    const PathCache::Steps* const steps = environment_.paths->resolve(path, nullptr);
+    return steps == nullptr ? nullptr : steps->back();
+  };
+  return lists_.emplace(Lists{find(kNativeEntryPath), find(kInterfaceList), find(kSubinterfaceList),
+                              find(kOperNodeList), find(kOperInterfaceList), find(kOperTrunkList)});
 }
 
 void WalkState::enter(const yfw_datatree* node) {
   if (trail_.size() <= depth_) trail_.resize(depth_ + 1);
-  trail_[depth_++] = {node, node->subtrees, node->subtree_count};
+  Entered& entered = trail_[depth_++];
+  entered.node = node;
+  entered.subtrees = node->subtrees;
+  entered.subtree_count = node->subtree_count;
+  entered.path.clear();
   last_depth_ = depth_;
 }
 
@@ -115,26 +155,28 @@ void WalkState::leave() {
   if (depth_ > 0) --depth_;
 }
 
-std::string WalkState::path_of_entered(std::size_t depth) const {
-  std::string path;
-  const char* ns = nullptr;
-  for (std::size_t i = 0; i < depth; ++i) {
-    const Entered& entered = trail_[i];
-    const yfw_datatree& node = *entered.node;
-    // An implicit walk enters the same node only once, but a sibling's node may have been entered before it.
-    const bool other_module = node.ns != nullptr && (ns == nullptr || std::strcmp(ns, node.ns) != 0);
-    const lys_module* const module =
-        other_module ? ly_ctx_get_module_implemented_ns(environment_.models, node.ns) : nullptr;
-    path += module == nullptr ? fmt::format("/{}", node.tag) : fmt::format("/{}:{}", module->name, node.tag);
-    if (node.ns != nullptr) ns = node.ns;
-    for (uint32_t k = 0; k < entered.subtree_count; ++k) {
-      const yfw_datatree& child = entered.subtrees[k];
-      if (child.is_key == 0 || child.value == nullptr) continue;
-      const char quote = std::strchr(child.value, '\'') == nullptr ? '\'' : '"';
-      path += fmt::format("[{}={}{}{}]", child.tag, quote, child.value, quote);
-    }
+// Kept for those below: an entry among many has all of them beside it in the node above, which is looked at once.
+const std::string& WalkState::path_of_entered(std::size_t depth) const {
+  static const std::string top;
+  if (depth == 0) return top;
+  Entered& entered = trail_[depth - 1];
+  if (!entered.path.empty()) return entered.path;
+  const yfw_datatree& node = *entered.node;
+  std::string path = path_of_entered(depth - 1);
+  entered.ns = depth == 1 ? nullptr : trail_[depth - 2].ns;
+  // An implicit walk enters the same node only once, but a sibling's node may have been entered before it.
+  const bool other_module = node.ns != nullptr && (entered.ns == nullptr || std::strcmp(entered.ns, node.ns) != 0);
+  const lys_module* const module =
+      other_module ? ly_ctx_get_module_implemented_ns(environment_.models, node.ns) : nullptr;
+  path += module == nullptr ? fmt::format("/{}", node.tag) : fmt::format("/{}:{}", module->name, node.tag);
+  if (node.ns != nullptr) entered.ns = node.ns;
+  for (uint32_t k = 0; k < entered.subtree_count; ++k) {
+    const yfw_datatree& child = entered.subtrees[k];
+    if (child.is_key == 0 || child.value == nullptr) continue;
+    path += predicate(child.tag, child.value);
   }
-  return path;
+  entered.path = std::move(path);
+  return entered.path;
 }
 
 bool WalkState::has_child(const Entered& entered, std::string_view tag) {
@@ -214,53 +256,69 @@ RpcError WalkState::refusal(cerrno result) const {
   return error;
 }
 
-void WalkState::set_native_entry(const yfw_datatree* entry) {
+void WalkState::set_native_entry(const lyd_node* entry) {
   native_lists_.clear();
-  if (entry != nullptr) native_lists_.push_back({kNativeEntryPath, entry});
+  looked_up_.clear();
+  static const auto path = std::make_shared<const std::string>(kNativeEntryPath);
+  if (entry != nullptr) native_lists_.push_back({path, nullptr, entry});
 }
 
 cerrno WalkState::enter_native_list(const char* path) {
   if (path == nullptr || depth_ == 0) return CERR_INVALID_ARGS;
   const yfw_datatree* const entry = trail_[depth_ - 1].node;
-  std::string plain = without_prefixes(path);
-  std::erase_if(native_lists_, [&plain](const NativeList& list) { return list.path.starts_with(plain); });
-  if (plain == kOperInterfaceList || plain == kOperTrunkList) {
+  const std::shared_ptr<const std::string> plain =
+      plain_paths_.of(path, nullptr, [path] { return std::make_shared<const std::string>(without_prefixes(path)); });
+  std::erase_if(native_lists_, [&plain](const NativeList& list) { return list.path->starts_with(*plain); });
+  if (*plain == kOperInterfaceList || *plain == kOperTrunkList) {
     const yfw_datatree* const key = child_tagged(entry, "interface");
     const std::string_view name = key == nullptr || key->value == nullptr ? std::string_view() : key->value;
     const InterfaceName split = split_interface_name(name);
     enter_interface(split.name, split.index);
     // Which OpenConfig entry is meant is for the list handler to say.
-    for (const char* const list : {kInterfaceList, kSubinterfaceList}) {
-      output_.set_current(environment_.paths->resolve(list, nullptr)->back(), {});
-    }
+    output_.set_current(lists().interface, {});
+    output_.set_current(lists().subinterface, {});
   }
-  native_lists_.push_back({std::move(plain), entry});
+  native_lists_.push_back({plain, entry, nullptr});
   return 0;
+}
+
+const char* WalkState::look_up(const NativeList& list, std::string_view way, std::string_view name) {
+  const yfw_datatree* record = list.record;
+  const lyd_node* data = list.data;
+  const auto step_down = [&](std::string_view step) {
+    if (record != nullptr) record = child_tagged(record, step);
+    if (data != nullptr) data = child_named(data, step);
+  };
+  while (!way.empty()) {
+    way.remove_prefix(1);
+    const std::string_view step = way.substr(0, way.find('/'));
+    way.remove_prefix(step.size());
+    if (!step.empty()) step_down(step);
+  }
+  step_down(name);
+  if (record != nullptr) return record->value;
+  if (data == nullptr || !is_term(data->schema)) return nullptr;
+  const lyd_value& value = reinterpret_cast<const lyd_node_term*>(data)->value;
+  if (value.realtype->basetype == LY_TYPE_EMPTY) return nullptr;
+  if (value.realtype->basetype == LY_TYPE_IDENT) return value.ident->name;
+  const char* const stored = lyd_get_value(data);
+  if (value.realtype->basetype != LY_TYPE_STRING) return stored;
+  std::string text = canonical_text(data);
+  return text == stored ? stored : looked_up_.emplace_back(std::move(text)).c_str();
 }
 
 cerrno WalkState::node_info(const char* path, const char* name, yfw_node_info* info) {
   if (path == nullptr || name == nullptr || info == nullptr) return CERR_INVALID_ARGS;
-  info->value = nullptr;
   const std::string_view wanted = path;
   const NativeList* list = nullptr;
   for (const NativeList& each : native_lists_) {
-    if (wanted.starts_with(each.path) && (list == nullptr || each.path.size() > list->path.size())) list = &each;
+    const bool is_longer = list == nullptr || each.path->size() > list->path->size();
+    if (is_longer && wanted.starts_with(*each.path)) list = &each;
   }
-  const yfw_datatree* node = list == nullptr ? nullptr : list->entry;
-  std::string_view rest = list == nullptr ? std::string_view() : wanted.substr(list->path.size());
-  while (node != nullptr && !rest.empty()) {
-    rest.remove_prefix(1);
-    const std::string_view step = rest.substr(0, rest.find('/'));
-    rest.remove_prefix(step.size());
-    if (!step.empty()) node = child_tagged(node, step);
-  }
-  if (node != nullptr) node = child_tagged(node, name);
-  if (node == nullptr || node->value == nullptr) {
-    last_missing_ = name;
-    return CERR_INVALID_ARGS;
-  }
-  info->value = node->value;
-  return 0;
+  info->value = list == nullptr ? nullptr : look_up(*list, wanted.substr(list->path->size()), name);
+  if (info->value != nullptr) return 0;
+  last_missing_ = name;
+  return CERR_INVALID_ARGS;
 }
 
 char* WalkState::duplicate(const char* text) {
@@ -278,15 +336,31 @@ void WalkState::release(void* memory) {
   std::free(memory);
 }
 
+namespace {
+
+bool is_mangled(std::string_view name, std::size_t longest, std::string_view mangled_name) {
+  name = name.substr(0, longest);
+  return std::equal(name.begin(), name.end(), mangled_name.begin(), mangled_name.end(),
+                    [](char plain, char other) { return (plain == '/' ? '_' : plain) == other; });
+}
+
+}  // namespace
+
+// Of entries with one platform name the interface manager tells of the last.
 std::optional<bool> WalkState::is_l2_interface(std::string_view mangled_name) {
   const Running* const running = environment_.running;
   const lyd_node* entry = nullptr;
-  const bool is_current = mangled(native_name_).substr(0, kLongestImcName) == mangled_name;
+  const bool is_current = is_mangled(native_name_, kLongestImcName, mangled_name);
   if (running != nullptr && is_current) entry = running->entry(native_name_);
   if (running != nullptr && !is_current) {
-    for (const lyd_node* const each : running->entries()) {
-      if (mangled(entry_name(each)).substr(0, kLongestImcName) == mangled_name) entry = each;
+    if (!imc_names_.has_value()) {
+      imc_names_.emplace();
+      for (const lyd_node* const each : running->entries()) {
+        imc_names_->insert_or_assign(mangled(entry_name(each)).substr(0, kLongestImcName), each);
+      }
     }
+    const auto found = imc_names_->find(std::string(mangled_name));
+    if (found != imc_names_->end()) entry = found->second;
   }
   if (entry != nullptr) return is_l2(entry);
   if (environment_.layer == Layer::l2) return true;
@@ -297,14 +371,19 @@ std::optional<bool> WalkState::is_l2_interface(std::string_view mangled_name) {
   return std::nullopt;
 }
 
-const lyd_node* WalkState::sysdb_entry(std::string_view mangled_name) const {
+// Of entries with one platform name the system database tells of the first.
+const lyd_node* WalkState::sysdb_entry(std::string_view mangled_name) {
   const Running* const running = environment_.running;
   if (running == nullptr || environment_.layers_only) return nullptr;
-  if (mangled(interface_name_).substr(0, kLongestSysdbName) == mangled_name) return running->entry(interface_name_);
-  for (const lyd_node* const each : running->entries()) {
-    if (mangled(entry_name(each)).substr(0, kLongestSysdbName) == mangled_name) return each;
+  if (is_mangled(interface_name_, kLongestSysdbName, mangled_name)) return running->entry(interface_name_);
+  if (!sysdb_names_.has_value()) {
+    sysdb_names_.emplace();
+    for (const lyd_node* const each : running->entries()) {
+      sysdb_names_->try_emplace(mangled(entry_name(each)).substr(0, kLongestSysdbName), each);
+    }
   }
-  return nullptr;
+  const auto found = sysdb_names_->find(std::string(mangled_name));
+  return found == sysdb_names_->end() ? nullptr : found->second;
 }
 
 }  // namespace yfw

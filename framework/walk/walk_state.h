@@ -1,25 +1,25 @@
 // One walk of one request: the records that mapping functions are handed, and what the services behind them know.
 #pragma once
 
-#include <functional>
+#include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
+#include "framework/walk/abi.h"
 #include "framework/walk/environment.h"
 #include "framework/walk/output_tree.h"
+#include "framework/walk/recent_texts.h"
 #include "yfw-host/error.h"
 #include "yfw-host/host.h"
 #include "yfw/platform.h"
 #include "yfw/yfw_map.h"
 
 namespace yfw {
-
-inline constexpr uint32_t kReadConfig = 0;
-inline constexpr uint32_t kEdit = 1;
-inline constexpr uint32_t kReadState = 10;
 
 inline constexpr char kNativeEntryPath[] = "/interface-configurations/interface-configuration";
 
@@ -59,11 +59,14 @@ class WalkState {
   // The refusal that a walk with this result ends in.
   RpcError refusal(cerrno result) const;
 
+  // Begins anew, as if nothing had been walked yet: what one walk after the other is made with.
+  void restart();
+
   // Forgets failure and texts of an implicit walk, in which they mean nothing.
   void forget_texts();
 
   // The native entry being walked, for look-ups; null for none.
-  void set_native_entry(const yfw_datatree* entry);
+  void set_native_entry(const lyd_node* entry);
   cerrno node_info(const char* path, const char* name, yfw_node_info* info);
   const std::string& last_missing() const { return last_missing_; }
   void clear_missing() { last_missing_.clear(); }
@@ -88,7 +91,7 @@ class WalkState {
   const std::vector<std::string>& taken_as_l3() const { return taken_as_l3_; }
 
   // The running native entry of a system-database item's interface; null when there is none.
-  const lyd_node* sysdb_entry(std::string_view mangled_name) const;
+  const lyd_node* sysdb_entry(std::string_view mangled_name);
 
   std::vector<Warning>& warnings() { return warnings_; }
   bool misused_memory() const { return misused_memory_; }
@@ -98,11 +101,38 @@ class WalkState {
     const yfw_datatree* node;
     const yfw_datatree* subtrees;
     uint32_t subtree_count;
+    // Once somebody has asked: the path up to here, and the namespace that goes on below.
+    std::string path = {};
+    const char* ns = nullptr;
   };
-  std::string path_of_entered(std::size_t depth) const;
+  const std::string& path_of_entered(std::size_t depth) const;
   static bool has_child(const Entered& entered, std::string_view tag);
 
+  // The lists in which a walk is always at some entry; null where the models do not have them.
+  struct Lists {
+    const lysc_node* native = nullptr;
+    const lysc_node* interface = nullptr;
+    const lysc_node* subinterface = nullptr;
+    const lysc_node* node = nullptr;
+    const lysc_node* oper_interface = nullptr;
+    const lysc_node* oper_trunk = nullptr;
+  };
+  const Lists& lists();
+
+  // Running entries by their names as somebody cuts and writes them.
+  using ByPlatformName = std::unordered_map<std::string, const lyd_node*>;
+
+  // Either of the two is what look-ups below the path go through.
+  struct NativeList {
+    std::shared_ptr<const std::string> path;
+    const yfw_datatree* record;
+    const lyd_node* data;
+  };
+  // What a look-up of a leaf finds in an entry, by the names on the way to it; null when nothing.
+  const char* look_up(const NativeList& list, std::string_view way, std::string_view name);
+
   Environment environment_;
+  std::optional<Lists> lists_;
   yfw_map_ctx ctx_{};
   yfw_map_request request_{};
   yfw_map_req_state state_{};
@@ -111,24 +141,24 @@ class WalkState {
   std::string interface_name_;
   std::string subinterface_index_;
   std::string native_name_;
-  std::vector<Entered> trail_;
+  mutable std::vector<Entered> trail_;
   std::size_t depth_ = 0;
   std::size_t last_depth_ = 0;
   std::optional<std::string> failed_path_;
   std::size_t failed_depth_ = 0;
   std::string unplaced_element_;
   std::string unplaced_value_;
-  struct NativeList {
-    std::string path;
-    const yfw_datatree* entry;
-  };
   std::vector<NativeList> native_lists_;
+  RecentTexts<std::shared_ptr<const std::string>> plain_paths_;
+  std::deque<std::string> looked_up_;  // texts that stand nowhere else
   std::string last_missing_;
   std::unordered_set<void*> memory_;
   bool misused_memory_ = false;
   uint32_t trace_index_ = 0;
   std::vector<std::string> taken_as_l3_;
   std::unordered_set<std::string> told_;  // the same names
+  std::optional<ByPlatformName> imc_names_;
+  std::optional<ByPlatformName> sysdb_names_;
   std::vector<Warning> warnings_;
 };
 

@@ -4,7 +4,7 @@
 
 #include "framework/documents/documents.h"
 #include "framework/edit/edit.h"
-#include "framework/read/reader.h"
+#include "framework/read/valid.h"
 #include "framework/walk/environment.h"
 #include "models_of_tests.h"
 
