@@ -7,6 +7,7 @@
 #include "framework/edit/edit.h"
 #include "framework/tree/entries.h"
 #include "framework/tree/nodes.h"
+#include "framework/vlan/rules.h"
 #include "framework/walk/output_tree.h"
 #include "framework/walk/request_tree.h"
 #include "framework/walk/walk_state.h"
@@ -43,13 +44,12 @@ void refuse_unbound_identities(const EditDocument& document) {
 
 // What an edit writes below a native entry of one layer that only means something to the other: lists and ranges are
 // always written as L2 encapsulation, a bound routed VLAN always as the identifier of an L3 sub-interface.
-void warn_of_container(const lyd_node* entry, bool foreign, const char* outer, const char* inner, const char* message,
-                       std::vector<Warning>& warnings) {
-  const lyd_node* const parent = foreign ? child_named(entry, outer) : nullptr;
-  const lyd_node* const container = parent == nullptr ? nullptr : child_named(parent, inner);
+void warn_of_container(const lyd_node* entry, const OfOneLayer& what, std::vector<Warning>& warnings) {
+  const lyd_node* const parent = child_named(entry, what.parent);
+  const lyd_node* const container = parent == nullptr ? nullptr : child_named(parent, what.name);
   if (container == nullptr || lyd_child(container) == nullptr) return;
   if (removes(operation_of(container, Operation::merge))) return;
-  warnings.push_back({path_of(container), message});
+  warnings.push_back({path_of(container), what.otherwise});
 }
 
 void warn_of_layer(const Environment& environment, const WalkState& walk_state, const Data& native,
@@ -64,10 +64,9 @@ void warn_of_layer(const Environment& environment, const WalkState& walk_state, 
     const std::string_view name = entry_name(entry);
     const lyd_node* const known = environment.running == nullptr ? nullptr : environment.running->entry(name);
     const bool l2 = known != nullptr ? is_l2(known) : is_l2(entry) || environment.layer == Layer::l2;
-    warn_of_container(entry, !l2, "ethernet-service", "encapsulation", "written although the sub-interface is not L2",
-                      warnings);
-    warn_of_container(entry, l2, "vlan-sub-configuration", "vlan-identifier",
-                      "written although the sub-interface is L2", warnings);
+    for (const OfOneLayer& each : of_one_layer()) {
+      if (each.l2 != l2) warn_of_container(entry, each, warnings);
+    }
   }
 }
 

@@ -61,21 +61,9 @@ bool loses(const lyd_node* before, const lyd_node* after) {
   return false;
 }
 
-// True when all of a trunk's text was read: one that is too long to be written again reads back whole all the same.
-bool is_trunk_read_whole(const lyd_node* leaf, const lyd_node* config) {
-  if (!named(leaf, "trunk-vla-ns")) return false;
-  std::vector<std::string> entries;
-  const lyd_node* entry = nullptr;
-  LY_LIST_FOR(lyd_child(config), entry) {
-    if (named(entry, "trunk-vlans")) entries.emplace_back(lyd_get_value(entry));
-  }
-  return canonical_text(leaf) == native_trunk_text(entries);
-}
-
-// The same of what writing the reading back makes, if that is nothing else.
-bool is_trunk_read_whole(const EntryVerdict::Misread& misread, const lyd_node* native, const lyd_node* config) {
-  const lyd_node* const switched = find_container(native, "vlan-switched");
-  const lyd_node* const leaf = switched == nullptr ? nullptr : child_named(switched, "trunk-vla-ns");
+// True when what writing the reading back makes is nothing but the text of a trunk, all of which was read.
+bool is_only_trunk_read_whole(const EntryVerdict::Misread& misread, const lyd_node* native, const lyd_node* config) {
+  const lyd_node* const leaf = trunk_leaf_below(native);
   return leaf != nullptr && is_trunk_read_whole(leaf, config) &&
          std::all_of(misread.makes.begin(), misread.makes.end(),
                      [leaf](const lysc_node* made) { return made == leaf->schema; });
@@ -229,7 +217,7 @@ class Rewriter {
                std::find(readable.begin(), readable.end(), leaf) == readable.end();
       });
       const bool misread = std::any_of(verdict.misread.begin(), verdict.misread.end(), [&](const auto& each) {
-        return is_below(each.container, native->schema) && !is_trunk_read_whole(each, native, before);
+        return is_below(each.container, native->schema) && !is_only_trunk_read_whole(each, native, before);
       });
       if (unsaid || misread) return native;
     }
