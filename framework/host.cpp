@@ -63,10 +63,16 @@ struct Host::Impl {
     return result;
   }
 
+  // Whether any model of the device ties an entry to what is not part of it.
+  bool reaches_beyond() {
+    if (!reach.has_value()) reach = validator.reach(models.native());
+    return reach == Reach::beyond;
+  }
+
   PreparedEdit prepare(const Document& request) {
     if (plugins.empty()) throw Unreadable("no plug-in is loaded");
     return prepare_edit(environment(), leaves, parse_edit(models.get(), request, options.default_operation),
-                        {options.verify, options.ignore_unmapped, !options.models_dirs.empty()});
+                        {options.verify, options.ignore_unmapped, reaches_beyond()});
   }
 
   // The filter without what nobody maps; empty when there was none. False when nothing is left of it.
@@ -173,6 +179,7 @@ struct Host::Impl {
   HostOptions options;
   Models models;
   Validator validator;
+  std::optional<Reach> reach;  // of the models, once it was asked for
   PathCache paths;
   Plugins plugins;
   MappedLeaves leaves;

@@ -21,7 +21,7 @@ namespace yfw {
 struct EditSettings {
   Verify verify = Verify::report;
   bool ignore_unmapped = false;
-  // Further models may tie an entry to what is not part of it, so that all of the result has to be validated.
+  // A model ties entries to what is not part of them, so that all of the result has to be validated.
   bool validate_everything = false;
 };
 
