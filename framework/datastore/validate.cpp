@@ -280,7 +280,8 @@ Validator::Wanted Validator::wanted_among(const lysc_node* first) {
 Reach Validator::reach_when_absent(const lysc_node* node) {
   if (is_state(node)) return Reach::nowhere;
   Reach reach = Reach::nowhere;
-  if ((node->flags & LYS_MAND_TRUE) != 0 || bounds_of(node).least > 0) reach = reach_of_siblings(node);
+  // As what needs entries is, too.
+  if ((node->flags & LYS_MAND_TRUE) != 0) reach = reach_of_siblings(node);
   bool is_in_force = false;
   bool holds_others = false;
   switch (node->nodetype) {

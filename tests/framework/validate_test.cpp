@@ -230,6 +230,10 @@ const Case kConstructs[] = {
      "leaf a { type leafref { path \"../s[b=current()/../c]/d\"; } } leaf c { type string; } "
      "list s { key b; leaf b { type string; } leaf d { type string; } }",
      "<a>1</a><c>1</c><s><b>2</b><d>1</d></s>", kEntry, kBeyond},
+    {"reference to another entry than its own",
+     "list s { key b; leaf b { type string; } leaf c { type string; } "
+     "leaf a { type leafref { path \"../../s[b=current()/../c]/b\"; } } }",
+     "<s><b>1</b><c>2</c><a>1</a></s><s><b>2</b></s>", kEntry, kBeyond},
     {"reference by a default", "leaf a { type leafref { path \"../b\"; } default 1; } leaf b { type string; }", "",
      kEntry, kBeyond},
     {"reference in a union",
@@ -291,6 +295,10 @@ TEST(Validator, JudgesWhatIsAroundEntries) {
       {"must by a reference",
        "container top { " + list + "leaf r { type leafref { path \"../../l/k\"; } must \"deref(.)/../a\"; } } }",
        "<l><k>1</k><a>1</a></l><l><k>2</k><r>1</r></l>", kBeyond},
+      {"must by a reference that needs none",
+       "container top { " + list +
+           "leaf r { type leafref { path \"../../l/k\"; require-instance false; } must \"deref(.) > 1\"; } } }",
+       "<l><k>1</k></l><l><k>2</k><r>1</r></l>", kBeyond},
       {"must about nothing", "container top { " + list + "must \"false()\"; } }", entries, kBeyond},
       {"reference to other entries", "container top { " + list + "leaf r { type leafref { path \"../../l/k\"; } } } }",
        "<l><k>1</k></l><l><k>2</k><r>1</r></l>", kBeyond},
@@ -338,6 +346,36 @@ TEST(Validator, JudgesTheTop) {
   }
 }
 
+TEST(Validator, JudgesWhatStandsBesideTheContainerOfEntries) {
+  check(context_with(
+            "container top { list l { key k; leaf k { type string; } leaf-list s { type string; max-elements 1; } "
+            "} } leaf x { type string; mandatory true; }"),
+        "<top xmlns=\"urn:m\"><l><k>1</k><s>1</s><s>2</s></l></top><x xmlns=\"urn:m\">1</x>", kBeyond);
+}
+
+TEST(Validator, KnowsHowFarAModelEverMakesItLook) {
+  struct {
+    const char* in_entry;
+    const char* around;
+    Reach reach;
+  } const cases[] = {
+      {"leaf a { type string; }", "", kNowhere},
+      {"leaf a { config false; type string; mandatory true; }", "", kNowhere},
+      {"leaf a { type string; mandatory true; }", "", kEntry},
+      {"leaf-list a { type string; max-elements 2; }", "", kEntry},
+      {"leaf a { type leafref { path \"../b\"; } } leaf b { type string; }", "", kEntry},
+      {"leaf a { when \"../b = '1'\"; type string; } leaf b { type uint8; }", "", kEntry},
+      {"", "max-elements 2;", kBeyond},
+      {"", "must \"count(../l) < 3\";", kBeyond},
+  };
+  for (const auto& tested : cases) {
+    const Context models = context_with(fmt::format(
+        "container top {{ list l {{ key k; leaf k {{ type string; }} {} {} }} }}", tested.in_entry, tested.around));
+    const std::vector<const lys_module*> modules{ly_ctx_get_module_implemented(models.get(), "m")};
+    EXPECT_STREQ(name_of(Validator().reach(modules)), name_of(tested.reach)) << tested.in_entry << tested.around;
+  }
+}
+
 TEST(Validator, LeavesWhatIsNoConfigurationToLibyang) {
   const Context models = context_with("notification n { leaf a { type string; } }");
   lyd_node* made = nullptr;
@@ -368,6 +406,22 @@ TEST(Validator, LetsNodesGoWhoseConditionItSawHold) {
   lyd_change_term(changed, "2");
   EXPECT_TRUE(validator.validate(data)) << last_complaint(models.get()).message;
   EXPECT_EQ(nodes_of(data).count("/m:top/l[k='1']/a 1"), 0U);
+}
+
+TEST(Validator, LetsNoNodeGoWhoseConditionNeverHeld) {
+  const Context models = context_with(
+      "container top { list l { key k; leaf k { type string; } leaf a { when \"../b = '1'\"; type string; } "
+      "leaf b { when \"../c = '1'\"; type uint8; } leaf c { type uint8; } } }");
+  Data data = parse(models, "<top xmlns=\"urn:m\"><l><k>1</k><b>1</b><c>1</c></l></top>");
+  ASSERT_TRUE(validate_by_libyang(data));
+  // What goes with its own condition takes that of another along.
+  lyd_node* changed = nullptr;
+  ASSERT_EQ(lyd_find_path(data.get(), "/m:top/l[k='1']/c", 0, &changed), LY_SUCCESS);
+  lyd_change_term(changed, "2");
+  ASSERT_EQ(lyd_new_term(lyd_parent(changed), nullptr, "a", "1", 0, nullptr), LY_SUCCESS);
+  Data same = data.clone();
+  EXPECT_FALSE(validate_by_libyang(same));
+  EXPECT_FALSE(Validator().validate(data));
 }
 
 // Every document of the examples that these models understand, as data.
