@@ -137,7 +137,7 @@ TEST(Running, PrintsAsTheWholeDoes) {
   const std::vector<Entries> devices = {
       {},
       {{"A", "one"}},
-      {{"B.1", "two\nlines"}, {"A", "<data>"}, {"B", "}\n]"}},
+      {{"B.1", "two\nlines"}, {"A", "&lt;data>"}, {"B", "}\n]"}},
   };
   for (const Entries& device : devices) {
     const Running running = running_of(device);
