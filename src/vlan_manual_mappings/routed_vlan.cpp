@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "engine/request.h"
+#include "engine/text.h"
 #include "oc_vlan/oc_vlan.h"
 #include "vlan_manual_mappings/paths.h"
 
@@ -14,9 +15,8 @@ constexpr char kSecondTag[] = VLAN_IDENTIFIER "second-tag";
 constexpr char kDot1q[] = "vlan-type-dot1q";
 constexpr char kDot1ad[] = "vlan-type-dot1ad";
 
-constexpr uint32_t kDelete = 3;
-constexpr uint32_t kRemove = 4;
-constexpr uint8_t kOperationRewritten = 0x10;
+// "4094.4094", and its end.
+constexpr std::size_t kVlanIdSize = 10;
 
 // Codes of the C library, not of the framework, reach the requester for an id that cannot be parsed.
 constexpr cerrno kUnparsableId = 22;
@@ -31,8 +31,8 @@ cerrno remove_second_tag(const Call& call) {
   // Nodes of a request are lent read-only but for their operation, which walkers rewrite too.
   auto& node = const_cast<yfw_datatree&>(*call.node);
   const uint32_t operation = node.operation;
-  node.operation = kRemove;
-  node.node_flags |= kOperationRewritten;
+  node.operation = YFW_OPERATION_REMOVE;
+  node.node_flags |= YFW_NODE_OPERATION_CHANGED;
   const cerrno result = add_native(call, kSecondTag, nullptr, call.node);
   node.operation = operation;
   return result;
@@ -41,8 +41,8 @@ cerrno remove_second_tag(const Call& call) {
 cerrno fetch_or_remove(const Call& call) {
   const cerrno type = add_native(call, kVlanType, nullptr, call.node);
   const cerrno first = add_native(call, kFirstTag, nullptr, call.node);
-  const cerrno second =
-      call.node->operation == kDelete ? remove_second_tag(call) : add_native(call, kSecondTag, nullptr, call.node);
+  const cerrno second = call.node->operation == YFW_OPERATION_DELETE ? remove_second_tag(call)
+                                                                     : add_native(call, kSecondTag, nullptr, call.node);
   return first_failure(type, first, second);
 }
 
@@ -151,9 +151,7 @@ cerrno read_back(const Call& call, uint32_t count) {
     return add_vlan_id(call, identifier.first);
   }
   if (identifier.dot1ad && identifier.first != nullptr && identifier.second != nullptr) {
-    char joined[10];
-    std::snprintf(joined, sizeof joined, "%s.%s", identifier.first, identifier.second);
-    return add_vlan_id(call, joined);
+    return add_vlan_id(call, Text<kVlanIdSize>(identifier.first, ".", identifier.second).c_str());
   }
   return 0;
 }

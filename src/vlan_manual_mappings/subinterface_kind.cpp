@@ -1,6 +1,4 @@
 // What the sub-interface in work is: L2 or L3, and which VLAN match its native configuration stands for.
-#include <cstdio>
-
 #include "engine/request.h"
 #include "oc_vlan/oc_vlan.h"
 #include "vlan_manual_mappings/platform_name.h"
@@ -19,7 +17,6 @@ const char* const vlan_match_type_string[10] = {"INVALID",
 namespace oc_vlan {
 namespace {
 
-constexpr uint32_t kL2Flag = 0x1000;
 constexpr std::size_t kSubinterfaceNameSize = 63;
 
 constexpr char kEncapsulation[] = "/interface-configurations/interface-configuration/ethernet-service/encapsulation";
@@ -79,16 +76,17 @@ cerrno check_subintf_l2_or_l3(yfw_map_ctx* ctx, int* is_l2) {
     return 0;
   }
 
-  const PlatformName parent = platform_name(interface);
-  char name[kSubinterfaceNameSize];
   // A longer name is cut: what the interface manager then does not know counts as not L2.
-  if (std::snprintf(name, sizeof name, "%s.%s", parent.text, index) < 0) name[0] = '\0';
+  Text<kSubinterfaceNameSize> name = platform_name<kSubinterfaceNameSize>(interface);
+  name.append(".");
+  name.append(index);
 
   imc_find_request request{};
-  const int copied = yfw_strncpy_s(__func__, request.name, sizeof request.name, name, sizeof request.name);
+  const int copied = yfw_strncpy_s(__func__, request.name, sizeof request.name, name.c_str(), sizeof request.name);
   if (copied != 0) {
     const auto result = static_cast<cerrno>(copied);
-    OC_VLAN_TRACE(frame, "yfw_strncpy_s function failed rc %d : %s", copied, cerr_strerror(result));
+    const char* const reason = cerr_strerror(result);
+    OC_VLAN_TRACE(frame, "yfw_strncpy_s function failed rc %d : %s", copied, reason);
     return result;
   }
 
@@ -102,10 +100,11 @@ cerrno check_subintf_l2_or_l3(yfw_map_ctx* ctx, int* is_l2) {
   const cerrno result = imc_interface_get_flags(yfw_ocifmgr_im_conn, 1, &found.handle, &flags);
   if (result != 0 || flags.status != 0) {
     // A failure of the one item alone leaves the caller's flag and counts as success.
-    OC_VLAN_TRACE(frame, "imc_interface_get_flags failed rc %d : %s", static_cast<int>(result), cerr_strerror(result));
+    const char* const reason = cerr_strerror(result);
+    OC_VLAN_TRACE(frame, "imc_interface_get_flags failed rc %d : %s", static_cast<int>(result), reason);
     return result;
   }
-  *is_l2 = (flags.flags & kL2Flag) != 0 ? 1 : 0;
+  *is_l2 = (flags.flags & IMC_FLAG_L2_TRANSPORT) != 0 ? 1 : 0;
   return 0;
 }
 

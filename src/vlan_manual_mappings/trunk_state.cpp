@@ -1,4 +1,5 @@
 // Native trunks to the OpenConfig switched-VLAN state of an interface.
+#include "engine/text.h"
 #include "oc_vlan/oc_vlan.h"
 #include "vlan_manual_mappings/identity.h"
 #include "vlan_manual_mappings/paths.h"
@@ -60,13 +61,9 @@ cerrno add_ranges(const Call& call, const SwitchedVlanTree& tree, const yfw_data
     if (own_low != nullptr) low = own_low;
     if (own_high != nullptr) high = own_high;
     if (low == nullptr || high == nullptr) continue;
-    char text[kRangeSize];
-    if (same(low, high)) {
-      std::snprintf(text, sizeof text, "%s", low);
-    } else {
-      std::snprintf(text, sizeof text, "%s..%s", low, high);
-    }
-    result = add_leaf(call, tree.state.trunk_vlans, text, kOrdinaryEntry);
+    const bool single = same(low, high);
+    const Text<kRangeSize> text(low, single ? "" : "..", single ? "" : high);
+    result = add_leaf(call, tree.state.trunk_vlans, text.c_str(), kOrdinaryEntry);
   }
   return result;
 }
