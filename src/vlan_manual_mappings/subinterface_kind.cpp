@@ -1,6 +1,6 @@
 // What the sub-interface in work is: L2 or L3, and which VLAN match its native configuration stands for.
-#include "engine/request.h"
 #include "oc_vlan/oc_vlan.h"
+#include "vlan_manual_mappings/native.h"
 #include "vlan_manual_mappings/platform_name.h"
 
 const char* const vlan_match_type_string[10] = {"INVALID",
@@ -19,46 +19,41 @@ namespace {
 
 constexpr std::size_t kSubinterfaceNameSize = 63;
 
-constexpr char kEncapsulation[] = "/interface-configurations/interface-configuration/ethernet-service/encapsulation";
-constexpr char kVlanIdentifier[] =
-    "/interface-configurations/interface-configuration/vlan-sub-configuration/vlan-identifier";
-
 bool present(const Lookup& leaf) {
   return leaf.status == 0;
 }
 
 vlan_match_et single_tagged_type(yfw_map_ctx* ctx) {
-  const Lookup outer_high = look_up(ctx, kEncapsulation, "outer-range1-high");
-  const Lookup additional = look_up(ctx, kEncapsulation, "additional-range1-low");
+  const Lookup outer_high = look_up(ctx, native::kOuterHigh);
+  const Lookup additional = look_up(ctx, native::kAdditionalLow[0]);
   if (present(additional)) return SINGLE_TAG_LIST;
   return present(outer_high) ? SINGLE_TAG_RANGE : SINGLE_TAG;
 }
 
 vlan_match_et double_tagged_type(yfw_map_ctx* ctx) {
-  const Lookup additional = look_up(ctx, kEncapsulation, "additional-range1-low");
-  const Lookup outer_high = look_up(ctx, kEncapsulation, "outer-range1-high");
-  const Lookup inner_high = look_up(ctx, kEncapsulation, "inner-range1-high");
-  // One above the highest VLAN id: the sign of an outer list, never a bound.
-  const bool marked = same(outer_high.text, "4097");
+  const Lookup additional = look_up(ctx, native::kAdditionalLow[0]);
+  const Lookup outer_high = look_up(ctx, native::kOuterHigh);
+  const Lookup inner_high = look_up(ctx, native::kInnerHigh);
+  const bool marked = same(outer_high.text, native::kListMarker);
   if (present(additional)) return marked ? DOUBLE_TAG_OUTER_LIST : DOUBLE_TAG_INNER_LIST;
   if (present(inner_high)) return DOUBLE_TAG_INNER_RANGE;
   return present(outer_high) && !marked ? DOUBLE_TAG_OUTER_RANGE : DOUBLE_TAG;
 }
 
 vlan_match_et l2_type(yfw_map_ctx* ctx) {
-  const Lookup outer = look_up(ctx, kEncapsulation, "outer-tag-type");
-  const Lookup inner = look_up(ctx, kEncapsulation, "inner-tag-type");
+  const Lookup outer = look_up(ctx, native::kOuterTagType);
+  const Lookup inner = look_up(ctx, native::kInnerTagType);
   if (!present(outer)) return INVALID;
-  if (!present(inner)) return same(outer.text, "match-dot1q") ? single_tagged_type(ctx) : INVALID;
-  if (same(outer.text, "match-dot1ad") && same(inner.text, "match-dot1q")) return double_tagged_type(ctx);
+  if (!present(inner)) return same(outer.text, native::kMatchDot1q) ? single_tagged_type(ctx) : INVALID;
+  if (same(outer.text, native::kMatchDot1ad) && same(inner.text, native::kMatchDot1q)) return double_tagged_type(ctx);
   return INVALID;
 }
 
 vlan_match_et l3_type(yfw_map_ctx* ctx) {
-  const Lookup type = look_up(ctx, kVlanIdentifier, "vlan-type");
-  const Lookup second = look_up(ctx, kVlanIdentifier, "second-tag");
-  if (!present(second)) return same(type.text, "vlan-type-dot1q") ? SINGLE_TAG : INVALID;
-  return same(type.text, "vlan-type-dot1ad") ? DOUBLE_TAG : INVALID;
+  const Lookup type = look_up(ctx, native::kVlanType);
+  const Lookup second = look_up(ctx, native::kSecondTag);
+  if (!present(second)) return same(type.text, native::kVlanTypeDot1q) ? SINGLE_TAG : INVALID;
+  return same(type.text, native::kVlanTypeDot1ad) ? DOUBLE_TAG : INVALID;
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "engine/request.h"
 #include "oc_vlan/oc_vlan.h"
+#include "vlan_manual_mappings/identity.h"
 #include "vlan_manual_mappings/platform_name.h"
 
 namespace oc_vlan {
@@ -60,7 +60,7 @@ int check_interface_mode_set_in_subtree(const yfw_datatree* config) {
   if (config == nullptr) return 0;
   int found = 0;
   for (const yfw_datatree& child : children(*config)) {
-    if (same(child.tag, "interface-mode") && same(child.value, "TRUNK")) found = 1;
+    if (same(child.tag, "interface-mode") && same(child.value, kTrunk)) found = 1;
   }
   return found;
 }
