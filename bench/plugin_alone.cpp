@@ -29,7 +29,7 @@ namespace {
 using Argument = std::uintptr_t;
 
 struct ServiceCall {
-  const void* function;
+  void* function;
   bool has_nine;  // arguments; all other services have six at most
   Argument arguments[9];
 };
@@ -82,7 +82,7 @@ Argument kept(T value) {
 
 template <typename... Arguments>
 [[gnu::cold, gnu::noinline]] void write_down(const char* name, Arguments... arguments) {
-  const void* const function = ::dlsym(RTLD_DEFAULT, name);
+  void* const function = ::dlsym(RTLD_DEFAULT, name);
   if (function == nullptr) std::abort();
   recording->calls.push_back({function, sizeof...(arguments) == 9, {kept(arguments)...}});
 }
@@ -94,9 +94,9 @@ void make(std::span<const ServiceCall> calls) {
   for (const ServiceCall& call : calls) {
     const Argument* const a = call.arguments;
     if (call.has_nine) {
-      reinterpret_cast<Long>(reinterpret_cast<A>(call.function))(a[0], a[1], a[2], a[3], a[4], a[5], a[6], a[7], a[8]);
+      reinterpret_cast<Long>(call.function)(a[0], a[1], a[2], a[3], a[4], a[5], a[6], a[7], a[8]);
     } else {
-      reinterpret_cast<Short>(reinterpret_cast<A>(call.function))(a[0], a[1], a[2], a[3], a[4], a[5]);
+      reinterpret_cast<Short>(call.function)(a[0], a[1], a[2], a[3], a[4], a[5]);
     }
   }
 }

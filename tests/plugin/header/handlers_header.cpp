@@ -110,7 +110,7 @@ std::string declaration(const Export& each) {
 template <std::size_t kCount>
 std::string family(const std::string& title, const Export (&exports)[kCount]) {
   struct Section {
-    const char* title;
+    const char* title = "";
     std::vector<Kind> kinds;
   };
   const Section sections[] = {{"walkers and default handlers", {Kind::walker, Kind::default_handler}},
@@ -132,8 +132,11 @@ std::string family(const std::string& title, const Export (&exports)[kCount]) {
 }  // namespace
 
 std::string handlers_header() {
-  return std::string(kHead) + family("OpenConfig VLAN", kOpenConfig) + family("Native configuration", kNativeCfg) +
-         family("Native operational", kNativeOper) + std::string(kTail);
+  std::string text(kHead);
+  text += family("OpenConfig VLAN", kOpenConfig);
+  text += family("Native configuration", kNativeCfg);
+  text += family("Native operational", kNativeOper);
+  return text.append(kTail);
 }
 
 }  // namespace header
