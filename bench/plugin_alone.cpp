@@ -113,12 +113,13 @@ bool is_any(uint32_t operation, uint32_t one, uint32_t other) {
 
 int yfw_map_is_request_add(yfw_map_ctx* context, const yfw_datatree* node, yfw_datatree* output) {
   WRITE_DOWN(context, node, output);
-  return is_any(*context->req_state->request_kind, 0, 10) ? 0 : node->operation < 3;
+  const bool reads = is_any(*context->req_state->request_kind, YFW_REQUEST_READ, YFW_REQUEST_READ_STATE);
+  return reads ? 0 : !is_any(node->operation, YFW_OPERATION_DELETE, YFW_OPERATION_REMOVE);
 }
 
 int yfw_map_is_request_delete(const yfw_datatree* node) {
   WRITE_DOWN(node);
-  return is_any(node->operation, 3, 4);
+  return is_any(node->operation, YFW_OPERATION_DELETE, YFW_OPERATION_REMOVE);
 }
 
 int yfw_map_do_these_match(const char* left, const char* right) {
@@ -264,7 +265,7 @@ cerrno imc_interface_find(void* conn, uint32_t count, const imc_find_request* re
 
 cerrno imc_interface_get_flags(void* conn, uint32_t count, const uint32_t* handles, imc_flags_reply* replies) {
   WRITE_DOWN(conn, count, handles, replies);
-  *replies = {0x1000, 0};
+  *replies = {IMC_FLAG_L2_TRANSPORT, 0};
   return 0;
 }
 
@@ -288,7 +289,7 @@ struct Sketch {
   const char* tag;
   const char* value = nullptr;
   std::vector<Sketch> children = {};
-  uint32_t operation = 0;
+  uint32_t operation = YFW_OPERATION_MERGE;
 };
 
 class Tree {
@@ -308,7 +309,7 @@ class Tree {
     for (const Sketch& child : sketch.children) children.push_back(node(child, ns));
     made.subtrees = arrays_.emplace_back(std::move(children)).data();
     made.subtree_count = static_cast<uint32_t>(sketch.children.size());
-    made.node_flags = 0x40;
+    made.node_flags = YFW_NODE_HAS_SUBTREES;
     return made;
   }
 
@@ -396,20 +397,20 @@ struct Case {
 std::vector<Case> cases() {
   return {{"merge",
            ymap_ov_oc_vlan_openconfigvlan_augment_lvla_subinterface,
-           1,
+           YFW_REQUEST_EDIT,
            YFW_OPENCONFIG_VLAN_NS,
-           sub_interface_vlan(0),
+           sub_interface_vlan(YFW_OPERATION_MERGE),
            {}},
           {"replace",
            ymap_ov_oc_vlan_openconfigvlan_augment_lvla_subinterface,
-           1,
+           YFW_REQUEST_EDIT,
            YFW_OPENCONFIG_VLAN_NS,
-           sub_interface_vlan(1),
+           sub_interface_vlan(YFW_OPERATION_REPLACE),
            {}},
-          {"native", ymap_vo_oc_vlan_vexnetosl2ethinfracfg_augment_lvlc_interface_configuration, 0,
+          {"native", ymap_vo_oc_vlan_vexnetosl2ethinfracfg_augment_lvlc_interface_configuration, YFW_REQUEST_READ,
            YFW_VEXNET_OS_L2_ETH_INFRA_CFG_NS, ethernet_service(), kNativeLeaves},
-          {"operational", ymap_vo_oc_vlan_vexnetosl2ethinfraoper_lvla_vlan, 10, YFW_VEXNET_OS_L2_ETH_INFRA_OPER_NS,
-           oper_vlan(), kOperLeaves}};
+          {"operational", ymap_vo_oc_vlan_vexnetosl2ethinfraoper_lvla_vlan, YFW_REQUEST_READ_STATE,
+           YFW_VEXNET_OS_L2_ETH_INFRA_OPER_NS, oper_vlan(), kOperLeaves}};
 }
 
 // One case, ready to be walked, with the calls that a walk of it makes.

@@ -13,6 +13,7 @@ class Walk {
   Walk(const Row& row, yfw_map_ctx* ctx, yfw_map_req_state& state, const yfw_datatree* node, yfw_datatree* output)
       : row_(row), ctx_(ctx), state_(state), node_(bookkeeping(node)), output_(output) {}
 
+  // Called where the walk is made, and nowhere else that is often come to.
   [[gnu::always_inline]] inline cerrno run();
 
  private:
