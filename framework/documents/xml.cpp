@@ -9,6 +9,7 @@
 #include <array>
 #include <cctype>
 #include <climits>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -86,12 +87,25 @@ bool keeps_ascii(std::string_view encoding) {
          name.starts_with("windows-125");
 }
 
-// What libxml2 calls while it reads. Nothing thrown may pass through it, so the first problem is kept and ends the run.
+// What libxml2 calls while it reads. Nothing thrown may pass through it, so the first problem is kept and ends the run,
+// and so does what others throw.
 class XmlReader {
  public:
   XmlReader(Source& source, xmlParserCtxt* parser) : source_(source), parser_(parser) {
     open_.push_back(const_cast<Element*>(&source.top()));
     scopes_.push_back(0);
+  }
+
+  // Calls a function of this.
+  template <typename Call>
+  void run(const Call& function) {
+    if (!problem_.empty() || thrown_ != nullptr) return;
+    try {
+      function(*this);
+    } catch (...) {
+      thrown_ = std::current_exception();
+      xmlStopParser(parser_);
+    }
   }
 
   // The encoding is what was declared, or recognised.
@@ -103,7 +117,6 @@ class XmlReader {
 
   void start(const xmlChar* name, const xmlChar* prefix, const xmlChar* ns, int scopes, const xmlChar** scope,
              int attributes, const xmlChar** attribute) {
-    if (!problem_.empty()) return;
     Element& parent = *open_.back();
     const std::size_t depth = open_.size() + (copy_.has_value() ? copy_->depth() : 0);
     if (depth > kDeepest) return stop(fmt::format("elements are nested more than {} deep", kDeepest));
@@ -111,12 +124,12 @@ class XmlReader {
     if (!is_blank(text_)) return stop(fmt::format("text stands beside elements in '{}'", parent.name));
     text_.clear();
     if (ns != nullptr && source_.is_foreign(source_.intern(view(ns)))) {
-      foreign_ = source_.add(parent, view(name), source_.intern(view(ns)), line());
+      foreign_ = source_.begin(parent, source_.intern(view(name)), source_.intern(view(ns)), line(), true);
       copy_.emplace();
       return copy_start(name, prefix, scopes, scope, attributes, attribute);
     }
-    Element* const element =
-        source_.add(parent, view(name), ns == nullptr ? nullptr : source_.intern(view(ns)), line());
+    const char* const module = ns == nullptr ? nullptr : source_.intern(view(ns));
+    Element* const element = source_.begin(parent, source_.intern(view(name)), module, line(), true);
     // Every look-up of a prefix goes through them.
     const std::size_t in_scope = scopes_.back() + static_cast<std::size_t>(scopes);
     if (in_scope > kMostScopes) return stop(fmt::format("more than {} namespaces are declared", kMostScopes));
@@ -135,7 +148,6 @@ class XmlReader {
   }
 
   void characters(const xmlChar* text, int size, bool is_cdata) {
-    if (!problem_.empty()) return;
     const std::string_view added(reinterpret_cast<const char*>(text), static_cast<std::size_t>(size));
     if (!copy_.has_value()) {
       text_ += added;
@@ -149,33 +161,34 @@ class XmlReader {
   }
 
   void comment(const xmlChar* text) {
-    if (problem_.empty() && copy_.has_value()) copy_->comment(view(text));
+    if (copy_.has_value()) copy_->comment(view(text));
   }
 
   void instruction(const xmlChar* target, const xmlChar* content) {
-    if (problem_.empty() && copy_.has_value()) copy_->instruction(view(target), view(content));
+    if (copy_.has_value()) copy_->instruction(view(target), view(content));
   }
 
   void end(const xmlChar* name, const xmlChar* prefix) {
-    if (!problem_.empty()) return;
     if (copy_.has_value()) {
       copy_->end(name, prefix);
       if (copy_->depth() > 0) return;
       foreign_->foreign = source_.keep(copy_->take(*open_.back()));
       copy_.reset();
+      source_.end(*foreign_);
       return;
     }
     Element& element = *open_.back();
-    if (element.first != nullptr && !is_blank(text_)) {
+    if (element.has_children && !is_blank(text_)) {
       return stop(fmt::format("text stands beside elements in '{}'", element.name));
     }
-    if (element.first == nullptr && !text_.empty()) {
+    if (!element.has_children && !text_.empty()) {
       element.kind = Kind::text;
       element.value = source_.keep(text_);
     }
     text_.clear();
     open_.pop_back();
     scopes_.pop_back();
+    source_.end(element);
   }
 
   void doctype() { stop("a DOCTYPE is not accepted"); }
@@ -187,6 +200,7 @@ class XmlReader {
   }
 
   void report() const {
+    if (thrown_ != nullptr) std::rethrow_exception(thrown_);
     if (!problem_.empty()) source_.fail(line_, problem_);
   }
 
@@ -237,32 +251,41 @@ class XmlReader {
   std::optional<XmlCopy> copy_;  // while a foreign subtree is read
   std::string problem_;
   int line_ = 0;
+  std::exception_ptr thrown_;
 };
 
-XmlReader& reader(void* user) {
-  return *static_cast<XmlReader*>(user);
+// Calls a function of the reader.
+template <typename Call>
+void call(void* user, const Call& function) {
+  static_cast<XmlReader*>(user)->run(function);
 }
 
 xmlSAXHandler callbacks() {
   xmlSAXHandler sax{};
   sax.initialized = XML_SAX2_MAGIC;
-  sax.startDocument = [](void* user) { reader(user).begin(); };
+  sax.startDocument = [](void* user) { call(user, [](XmlReader& reader) { reader.begin(); }); };
   sax.startElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar* ns, int scopes,
                           const xmlChar** scope, int attributes, int, const xmlChar** attribute) {
-    reader(user).start(name, prefix, ns, scopes, scope, attributes, attribute);
+    call(user, [&](XmlReader& reader) { reader.start(name, prefix, ns, scopes, scope, attributes, attribute); });
   };
   sax.endElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar*) {
-    reader(user).end(name, prefix);
+    call(user, [&](XmlReader& reader) { reader.end(name, prefix); });
   };
-  sax.characters = [](void* user, const xmlChar* text, int size) { reader(user).characters(text, size, false); };
+  sax.characters = [](void* user, const xmlChar* text, int size) {
+    call(user, [&](XmlReader& reader) { reader.characters(text, size, false); });
+  };
   sax.ignorableWhitespace = sax.characters;
-  sax.cdataBlock = [](void* user, const xmlChar* text, int size) { reader(user).characters(text, size, true); };
-  sax.comment = [](void* user, const xmlChar* text) { reader(user).comment(text); };
-  sax.processingInstruction = [](void* user, const xmlChar* target, const xmlChar* content) {
-    reader(user).instruction(target, content);
+  sax.cdataBlock = [](void* user, const xmlChar* text, int size) {
+    call(user, [&](XmlReader& reader) { reader.characters(text, size, true); });
   };
-  sax.internalSubset = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*) { reader(user).doctype(); };
-  sax.serror = [](void* user, xmlErrorPtr error) { reader(user).complain(*error); };
+  sax.comment = [](void* user, const xmlChar* text) { call(user, [&](XmlReader& reader) { reader.comment(text); }); };
+  sax.processingInstruction = [](void* user, const xmlChar* target, const xmlChar* content) {
+    call(user, [&](XmlReader& reader) { reader.instruction(target, content); });
+  };
+  sax.internalSubset = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*) {
+    call(user, [](XmlReader& reader) { reader.doctype(); });
+  };
+  sax.serror = [](void* user, xmlErrorPtr error) { call(user, [&](XmlReader& reader) { reader.complain(*error); }); };
   return sax;
 }
 
@@ -286,7 +309,7 @@ void Source::read_xml(std::string_view text) {
   xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET | XML_PARSE_NOENT);
   xmlParseDocument(parser.get());
   read.report();
-  if (parser->wellFormed == 0 || top_->first == nullptr) fail(1, "the document is not well-formed");
+  if (parser->wellFormed == 0 || !top_->has_children) fail(1, "the document is not well-formed");
 }
 
 }  // namespace yfw
