@@ -134,6 +134,7 @@ class Source {
 
   std::pmr::monotonic_buffer_resource names_memory_;
   std::unordered_set<std::string_view> names_;
+  std::unique_ptr<void, void (*)(void*)> names_owner_{nullptr, nullptr};  // of those that libxml2 interned
   Arena arena_;
   IsForeign is_foreign_;
   std::unordered_map<const char*, bool> foreign_;

@@ -1,6 +1,7 @@
 // XML as it comes from outside: libxml2 reads it, without DTDs, entities of its own or anything from the network.
 #include <fmt/format.h>
 #include <libxml/SAX2.h>
+#include <libxml/dict.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
@@ -12,6 +13,7 @@
 #include <exception>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -30,6 +32,14 @@ std::string_view view(const xmlChar* text) {
   return text == nullptr ? "" : reinterpret_cast<const char*>(text);
 }
 
+// Names and namespaces are libxml2's: equal ones have equal addresses.
+const char* name_of(const xmlChar* text) {
+  return text == nullptr ? "" : reinterpret_cast<const char*>(text);
+}
+const char* namespace_of(const xmlChar* text) {
+  return reinterpret_cast<const char*>(text);
+}
+
 bool is_blank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
@@ -42,16 +52,13 @@ struct Tag {
 
 Tag scan_tag(std::string_view text, std::size_t at) {
   std::size_t attributes = 0;
-  while ((at = text.find_first_of("=\"'>", at)) != std::string_view::npos && text[at] != '>') {
-    if (text[at] == '=') {
-      ++attributes;
-    } else {
-      at = text.find(text[at], at + 1);
-      if (at == std::string_view::npos) break;
-    }
-    ++at;
+  for (; at < text.size(); ++at) {
+    const char c = text[at];
+    if (c == '>') return {at, attributes};
+    if (c == '=') ++attributes;
+    if (c == '"' || c == '\'') at = std::min(text.find(c, at + 1), text.size());
   }
-  return {at, attributes};
+  return {std::string_view::npos, attributes};
 }
 
 // libxml2 compares every attribute of an element with every other one before it tells of the element, so they are
@@ -64,9 +71,9 @@ void check_tags(const Source& source, std::string_view text) {
   constexpr std::array kOpaque = {Opaque{"<!--", "-->"}, Opaque{"<![CDATA[", "]]>"}, Opaque{"<?", "?>"}};
   std::size_t at = 0;
   while ((at = text.find('<', at)) != std::string_view::npos) {
-    const auto* const opaque = std::find_if(kOpaque.begin(), kOpaque.end(), [&](const Opaque& each) {
-      return text.substr(at, each.begin.size()) == each.begin;
-    });
+    const std::string_view rest = text.substr(at);
+    const auto* const opaque =
+        std::find_if(kOpaque.begin(), kOpaque.end(), [&](const Opaque& each) { return rest.starts_with(each.begin); });
     if (opaque != kOpaque.end()) {
       at = text.find(opaque->end, at + opaque->begin.size());
     } else {
@@ -123,20 +130,18 @@ class XmlReader {
     if (copy_.has_value()) return copy_start(name, prefix, scopes, scope, attributes, attribute);
     if (!is_blank(text_)) return stop(fmt::format("text stands beside elements in '{}'", parent.name));
     text_.clear();
-    if (ns != nullptr && source_.is_foreign(source_.intern(view(ns)))) {
-      foreign_ = source_.begin(parent, source_.intern(view(name)), source_.intern(view(ns)), line(), true);
+    if (source_.is_foreign(namespace_of(ns))) {
+      foreign_ = source_.begin(parent, name_of(name), namespace_of(ns), line(), true);
       copy_.emplace();
       return copy_start(name, prefix, scopes, scope, attributes, attribute);
     }
-    const char* const module = ns == nullptr ? nullptr : source_.intern(view(ns));
-    Element* const element = source_.begin(parent, source_.intern(view(name)), module, line(), true);
+    Element* const element = source_.begin(parent, name_of(name), namespace_of(ns), line(), true);
     // Every look-up of a prefix goes through them.
     const std::size_t in_scope = scopes_.back() + static_cast<std::size_t>(scopes);
     if (in_scope > kMostScopes) return stop(fmt::format("more than {} namespaces are declared", kMostScopes));
     // Two pointers each: prefix and namespace.
     for (; scopes > 0; --scopes, scope += 2) {
-      element->scope =
-          source_.store(Scope{source_.intern(view(scope[0])), source_.intern(view(scope[1])), element->scope});
+      element->scope = source_.store(Scope{name_of(scope[0]), name_of(scope[1]), element->scope});
     }
     // Five pointers each: local name, prefix, namespace, begin and end of the value.
     for (; attributes > 0; --attributes, attribute += 5) {
@@ -194,6 +199,7 @@ class XmlReader {
   void doctype() { stop("a DOCTYPE is not accepted"); }
 
   void complain(const xmlError& error) {
+    if (error.code == XML_ERR_NO_MEMORY) throw std::bad_alloc();
     if (error.level < XML_ERR_ERROR) return;
     std::string_view reason = error.message == nullptr ? "not well-formed" : error.message;
     stop(reason.substr(0, reason.find('\n')), error.line);
@@ -237,9 +243,8 @@ class XmlReader {
 
   void add_attribute(Element& element, const xmlChar** parts) {
     const std::string_view value = value_of(parts);
-    const char* const ns = parts[2] == nullptr ? nullptr : source_.intern(view(parts[2]));
     element.attributes =
-        source_.store(Attribute{ns, source_.intern(view(parts[0])), source_.keep(value), element.attributes});
+        source_.store(Attribute{namespace_of(parts[2]), name_of(parts[0]), source_.keep(value), element.attributes});
   }
 
   Source& source_;
@@ -301,7 +306,9 @@ void Source::read_xml(std::string_view text) {
   check_tags(*this, text);
   const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt*)> parser(
       xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size())), xmlFreeParserCtxt);
-  if (parser == nullptr) fail(1, "the document cannot be read");
+  if (parser == nullptr) throw std::bad_alloc();
+  xmlDictReference(parser->dict);
+  names_owner_ = {parser->dict, [](void* names) { xmlDictFree(static_cast<xmlDict*>(names)); }};
   XmlReader read(*this, parser.get());
   *parser->sax = callbacks();
   parser->userData = &read;
