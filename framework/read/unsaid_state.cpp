@@ -138,14 +138,9 @@ class StateEntry {
     const RequestTree::Wanted stays = [gone](const lyd_node* node) { return node != gone; };
     yfw_datatree* const entry = tree.data(entry_, gone == nullptr ? nullptr : stays);
     if (value != nullptr) record_at(entry_, entry, leaf)->value = value;
-    const lyd_node* const list = lyd_parent(entry_);
-    const lyd_node* const node = lyd_parent(list);
-    yfw_datatree inside[2] = {*tree.data(lyd_child(node)), record_of(list, entry, 1)};
-    yfw_datatree card = record_of(node, inside, 2);
-    yfw_datatree nodes = record_of(lyd_parent(node), &card, 1);
-    const yfw_datatree root = record_of(lyd_parent(lyd_parent(node)), &nodes, 1);
+    const yfw_datatree* const root = tree.in_place(entry_, entry);
     WalkState walk_state(environment_, kReadState);
-    const cerrno result = environment_.plugins->operational_root()(walk_state.ctx(), &root, walk_state.output().root());
+    const cerrno result = environment_.plugins->operational_root()(walk_state.ctx(), root, walk_state.output().root());
     return (result == 0 ? "" : "failed\n") + HeldOutput::text_of(walk_state.output().top());
   }
 

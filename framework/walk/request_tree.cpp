@@ -150,14 +150,24 @@ struct RequestTree::Builder {
   }
 };
 
-yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t count) {
-  yfw_datatree record{};
-  if (node == nullptr) return record;
-  record.tag = node->schema->name;
-  record.ns = namespace_of(node->schema);
-  record.subtrees = children;
-  record.subtree_count = count;
-  record.node_flags = abi::kHasSubtrees;
+yfw_datatree* RequestTree::in_place(const lyd_node* node, yfw_datatree* record) {
+  const Builder builder{arena_};
+  for (const lyd_node* above = lyd_parent(node); above != nullptr; above = lyd_parent(above)) {
+    std::size_t keys = 0;
+    const lyd_node* child = nullptr;
+    LY_LIST_FOR(lyd_child(above), child) {
+      if (is_key_node(child)) ++keys;
+    }
+    auto* const made = new (arena_.allocate(sizeof(yfw_datatree), alignof(yfw_datatree))) yfw_datatree{};
+    made->tag = above->schema->name;
+    made->ns = namespace_of(above->schema);
+    yfw_datatree* place = builder.make_room(*made, keys + 1);
+    LY_LIST_FOR(lyd_child(above), child) {
+      if (is_key_node(child)) builder.fill(*place++, child, Operation::merge);
+    }
+    *place = *record;
+    record = made;
+  }
   return record;
 }
 
