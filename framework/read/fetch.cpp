@@ -123,11 +123,15 @@ std::vector<const lyd_node*> FetchSet::entries(const Running& running) const {
   // Few entries find their places among those of one interface, which have theirs; for more it is all that are there.
   constexpr std::size_t kFew = 16;
   if (is_any || interfaces > 1 || named.size() > kFew) {
-    std::vector<const lyd_node*> found;
-    std::copy_if(running.entries().begin(), running.entries().end(), std::back_inserter(found), [this](auto* entry) {
+    const auto any_interface = by_entry_.find(OutputTree::kAny);
+    const bool names_all = any_interface != by_entry_.end() && any_interface->second.name;
+    const auto is_asked = [&](const lyd_node* entry) {
       const Asked asked = asked_of(entry_name(entry));
-      return asked.of_nodes() || asked.of_name();
-    });
+      if (asked.of_nodes() || asked.of_name()) return true;
+      return names_all && running.entry(split_interface_name(entry_name(entry)).name) == nullptr;
+    };
+    std::vector<const lyd_node*> found;
+    std::copy_if(running.entries().begin(), running.entries().end(), std::back_inserter(found), is_asked);
     return found;
   }
   const std::unordered_set<const lyd_node*> there(of_interface.begin(), of_interface.end());
@@ -147,8 +151,17 @@ bool is_name(const lysc_node* leaf) {
   return own && std::strcmp(leaf->module->name, kInterfacesModule) == 0;
 }
 
+bool holds_name(const lysc_node* node) {
+  if (is_term(node)) return is_name(node);
+  const lysc_node* child = nullptr;
+  while ((child = lys_getnext(child, node, nullptr, 0)) != nullptr) {
+    if (holds_name(child)) return true;
+  }
+  return false;
+}
+
 bool selects_names(const Criterion& criterion) {
-  if (criterion.schema != nullptr && is_name(criterion.schema)) return true;
+  if (criterion.schema != nullptr && criterion.takes_all()) return holds_name(criterion.schema);
   return std::any_of(criterion.selections.begin(), criterion.selections.end(), selects_names);
 }
 
@@ -167,7 +180,9 @@ void FetchSet::ask_for_names(const SubtreeFilter& filter, const Running* running
   };
   const auto ask_for_interface = [&](std::string_view name) {
     ask(name, {});
-    if (name == kAny || running == nullptr || running->entry(name) == nullptr) ask(name, kAny);
+    if (name == kAny || running == nullptr || running->entry(name) != nullptr) return;
+    const std::vector<std::string> subs = running->subinterfaces_of(name);
+    if (!subs.empty()) by_entry_[subs.front()].name = true;
   };
   for (const Criterion& top : filter.top().selections) {
     if (top.takes_all()) ask_for_interface(kAny);

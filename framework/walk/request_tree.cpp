@@ -153,18 +153,16 @@ struct RequestTree::Builder {
 yfw_datatree* RequestTree::in_place(const lyd_node* node, yfw_datatree* record) {
   const Builder builder{arena_};
   for (const lyd_node* above = lyd_parent(node); above != nullptr; above = lyd_parent(above)) {
+    // Keys stand first: what else there is, be it every entry of a list, is not looked at.
     std::size_t keys = 0;
-    const lyd_node* child = nullptr;
-    LY_LIST_FOR(lyd_child(above), child) {
-      if (is_key_node(child)) ++keys;
-    }
+    const lyd_node* child = lyd_child(above);
+    for (; child != nullptr && is_key_node(child); child = child->next) ++keys;
     auto* const made = new (arena_.allocate(sizeof(yfw_datatree), alignof(yfw_datatree))) yfw_datatree{};
     made->tag = above->schema->name;
     made->ns = namespace_of(above->schema);
     yfw_datatree* place = builder.make_room(*made, keys + 1);
-    LY_LIST_FOR(lyd_child(above), child) {
-      if (is_key_node(child)) builder.fill(*place++, child, Operation::merge);
-    }
+    child = lyd_child(above);
+    for (std::size_t i = 0; i < keys; ++i, child = child->next) builder.fill(*place++, child, Operation::merge);
     *place = *record;
     record = made;
   }
