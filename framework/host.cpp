@@ -6,23 +6,15 @@
 
 #include <algorithm>
 #include <optional>
-#include <unordered_set>
 
 #include "framework/datastore/running.h"
-#include "framework/datastore/select.h"
 #include "framework/documents/documents.h"
 #include "framework/edit/edit.h"
+#include "framework/read/answer.h"
 #include "framework/read/fetch.h"
 #include "framework/read/mapped_leaves.h"
-#include "framework/read/operational.h"
-#include "framework/read/reader.h"
-#include "framework/read/unsaid.h"
-#include "framework/read/valid.h"
-#include "framework/tree/entries.h"
 #include "framework/tree/foreign.h"
 #include "framework/tree/models.h"
-#include "framework/tree/nodes.h"
-#include "framework/tree/schema.h"
 #include "framework/walk/environment.h"
 #include "framework/walk/plugin.h"
 #include "yfw-host/data.h"
@@ -97,83 +89,15 @@ struct Host::Impl {
     }
   }
 
-  // Forgets warnings about what the filter does not select.
-  static void keep_selected(std::vector<Warning>& warnings, const Data& data, const Data& filter) {
-    if (warnings.empty() || filter.empty()) return;
-    const Data selected = select(data, filter);
-    std::erase_if(warnings, [&selected](const Warning& warning) {
-      lyd_node* found = nullptr;
-      if (warning.path.empty()) return false;
-      return selected.empty() || lyd_find_path(selected.get(), warning.path.c_str(), 0, &found) != LY_SUCCESS;
-    });
-  }
-
-  // Whether the answer speaks of the interface with this native name.
-  static bool answers(const Data& answer, const std::string& native_name) {
-    const InterfaceName name = split_interface_name(native_name);
-    std::string path = "/openconfig-interfaces:interfaces/interface" + predicate("name", name.name);
-    if (name.is_subinterface()) path += "/subinterfaces/subinterface" + predicate("index", name.index);
-    lyd_node* found = nullptr;
-    return !answer.empty() && lyd_find_path(answer.get(), path.c_str(), 0, &found) == LY_SUCCESS;
-  }
-
   ReadResult read(const Document* operational, const Document& document) {
     ReadResult result;
     Data filter;
     if (!take_filter(document, filter, result.warnings)) return result;
     Data state;
     if (operational != nullptr) state = parse_operational(models.get(), *operational, &result.warnings);
-    const std::vector<Contradiction> contradictions = keep_last_told(state);
-    FetchSet fetch;
-    if (!filter.empty()) fetch = collect_paths(environment(), filter, operational != nullptr).set;
-    if (selects_names(filter)) fetch.ask_for_names();
-    std::vector<const lyd_node*> entries;
-    if (running.has_value()) entries = running->entries();
-    Data all = read_entries(environment(), entries, fetch, operational == nullptr ? nullptr : &state, result.warnings);
-    const Data unjudged = filter.empty() ? Data() : all.clone();
-    std::vector<Warning> invalid;
-    make_valid(environment(), all, invalid);
-    keep_selected(invalid, unjudged, filter);
-    std::move(invalid.begin(), invalid.end(), std::back_inserter(result.warnings));
-    if (filter.empty()) {
-      report_unsaid(judge_reading(environment(), entries, all), result);
-      report_unsaid_state(environment(), state, nullptr, result);
-      result.data = std::move(all);
-    } else {
-      result.data = select(all, filter);
-      tell_unsaid_of_selected(fetch, filter, all, state, result);
-    }
-    for (const Contradiction& each : contradictions) {
-      if (filter.empty() || answers(result.data, each.interface)) result.warnings.push_back(each.warning);
-    }
+    answer(environment(), filter, operational == nullptr ? nullptr : &state, result);
     note(result.warnings);
     return result;
-  }
-
-  // What a filtered read leaves unsaid: in the parts of entries that the filter asks for, and in all of those that it
-  // selects whole.
-  void tell_unsaid_of_selected(const FetchSet& fetch, const Data& filter, const Data& all, const Data& state,
-                               ReadResult& result) {
-    const std::unordered_set<std::string> whole = entries_selected_whole(filter, result.data);
-    const auto is_whole = [&whole](const lyd_node* entry) { return whole.contains(std::string(entry_name(entry))); };
-    // Consecutive questions are about one entry.
-    std::string asked_entry;
-    std::unordered_set<const lysc_node*> asked;
-    const auto asked_of = [&](const lyd_node* entry) -> const std::unordered_set<const lysc_node*>& {
-      if (asked_entry != entry_name(entry)) {
-        asked_entry = entry_name(entry);
-        asked = fetch.asked_of(asked_entry);
-      }
-      return asked;
-    };
-    const Scope scope = [&](const lyd_node* entry, const lyd_node* node) {
-      return is_whole(entry) || FetchSet::is_wanted(node, asked_of(entry));
-    };
-    std::vector<const lyd_node*> judged;
-    if (running.has_value()) judged = running->entries();
-    std::erase_if(judged, [&](const lyd_node* entry) { return !is_whole(entry) && asked_of(entry).empty(); });
-    report_unsaid(judge_reading(environment(), judged, all, scope), result);
-    report_unsaid_state(environment(), state, scope, result);
   }
 
   HostOptions options;

@@ -1,24 +1,65 @@
 // Subtree filtering (RFC 6241 section 6) of a data tree.
 #pragma once
 
-#include <string>
-#include <unordered_set>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "yfw-host/data.h"
 
-struct ly_ctx;
+struct lyd_node;
+struct lysc_node;
 
 namespace yfw {
 
-// The part of `data` that `filter` selects: containment, selection and content-match nodes, several at once; list keys
-// and ancestors included. A null or empty filter selects everything.
-Data select(const Data& data, const Data& filter);
+// A filter node, its schema looked up once and its children sorted by what they do. Texts are the filter's.
+struct Criterion {
+  const lysc_node* schema = nullptr;
+  const char* value = "";             // of content-match nodes
+  std::vector<Criterion> matches;     // content-match children: all have to hold
+  std::vector<Criterion> selections;  // the others
 
-// True when the filter asks for a leaf that every interface or sub-interface answers: its name, index or type.
-bool selects_names(const Data& filter);
+  bool takes_all() const { return selections.empty(); }
 
-// Native names of the interfaces and sub-interfaces in `selected` that the filter selects with all that they hold.
-std::unordered_set<std::string> entries_selected_whole(const Data& filter, const Data& selected);
+  // The value that a key of a list's entries has to have; null for any.
+  const char* key() const;
+};
+
+using Criteria = std::vector<const Criterion*>;
+
+// A subtree filter: containment, selection and content-match nodes, several at once. An empty one selects everything.
+class SubtreeFilter {
+ public:
+  // The filter has to outlive it.
+  explicit SubtreeFilter(const Data& filter);
+  ~SubtreeFilter();
+  SubtreeFilter(const SubtreeFilter&) = delete;
+  SubtreeFilter& operator=(const SubtreeFilter&) = delete;
+
+  bool empty() const { return top_.takes_all(); }
+
+  // Cuts data down to what the filter selects, list keys and ancestors included.
+  void retain(Data& data) const;
+
+  // True when all that a node of data holds is selected.
+  bool selects_whole(const lyd_node* node) const;
+
+  // A node above all, of which the filter's are the selections.
+  const Criterion& top() const { return top_; }
+
+  // Of the selections of a criterion, those that may mean a node of this schema: an entry with this key, where it has
+  // one. However many entries a filter names, those that mean one are found at once.
+  void collect(const Criterion& above, const lysc_node* schema, const char* key, Criteria& found) const;
+
+ private:
+  struct Index;
+  void index(const Criterion& criterion);
+  bool keep(lyd_node* node, const Criteria& criteria) const;
+  bool reach(const lyd_node* node, Criteria& criteria) const;
+
+  Criterion top_;
+  std::unordered_map<const Criterion*, std::unique_ptr<const Index>> indexes_;
+};
 
 }  // namespace yfw

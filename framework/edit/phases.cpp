@@ -10,7 +10,7 @@
 #include "framework/edit/unsaid.h"
 #include "framework/edit/verify.h"
 #include "framework/read/reader.h"
-#include "framework/read/unsaid.h"
+#include "framework/read/judge.h"
 #include "framework/read/valid.h"
 #include "framework/tree/entries.h"
 #include "framework/tree/foreign.h"
@@ -26,7 +26,7 @@ Data read_back(const Environment& environment, const Running& running, const std
                std::vector<Warning>& warnings) {
   Environment silent = environment;
   silent.running = &running;
-  Data data = read_entries(silent, running.entries_of(names), FetchSet(), nullptr, warnings);
+  Data data = read_entries(silent, running.entries_of(names), warnings);
   // A key is valid only where its entry answers it.
   complete(data);
   make_valid(environment, data, warnings);
@@ -70,7 +70,7 @@ void refuse_lost_trunk_entries(const Environment& environment, const EditDocumen
   std::vector<std::string> names;
   for (const lyd_node* const entry : alone.entries()) names.emplace_back(entry_name(entry));
   std::vector<Warning> ignored;
-  const Data after = read_entries(environment, alone.entries(), FetchSet(), nullptr, ignored);
+  const Data after = read_entries(environment, alone.entries(), ignored);
   refuse_lost_trunks(lost_trunk_entries(document, after), document.tree);
 }
 

@@ -19,4 +19,11 @@ struct Contradiction {
 // them say; parts of several would make up a state that no card is in.
 std::vector<Contradiction> keep_last_told(Data& operational);
 
+// The entries of a card's lists of trunks and of sub-interfaces, card by card.
+std::vector<const lyd_node*> state_entries_of(const Data& operational);
+bool is_state_entry(const lyd_node* node);
+
+// The trees that hold something beside these entries.
+std::vector<const lyd_node*> rest_of_state(const Data& operational);
+
 }  // namespace yfw

@@ -46,9 +46,9 @@ void collect_leaves(const lyd_node* node, std::vector<const lyd_node*>& leaves) 
 // One native entry handed to the plug-ins' walkers.
 class EntryWalk {
  public:
-  EntryWalk(WalkState& walk_state, const lyd_node* entry, const RequestTree::Wanted& wanted,
+  EntryWalk(WalkState& walk_state, RequestTree& records, const lyd_node* entry, const Asked* asked,
             std::vector<Warning>& warnings)
-      : walk_state_(walk_state), entry_(entry), wanted_(wanted), warnings_(warnings) {}
+      : walk_state_(walk_state), records_(records), entry_(entry), asked_(asked), warnings_(warnings) {}
 
   void run() {
     if (!is_interface_name(entry_name(entry_))) {
@@ -74,7 +74,7 @@ class EntryWalk {
 
  private:
   void walk_child(const lyd_node* child) {
-    if (wanted_ != nullptr && !wanted_(child)) return;
+    if (asked_ != nullptr && !asked_->wants(child)) return;
     if (!walk_state_.subinterface_index().empty() && std::strcmp(child->schema->name, kPortVlans) == 0) {
       warnings_.push_back({path_of(child), "left out: a sub-interface switches no VLANs"});
       return;
@@ -99,7 +99,7 @@ class EntryWalk {
         if (walk_state_.tracing()) walk_state_.note(path_of(leaf) + " is mapped by nobody");
         continue;
       }
-      if (wanted_ != nullptr && !wanted_(leaf)) continue;
+      if (asked_ != nullptr && !asked_->wants(leaf)) continue;
       const bool missing = !walk_state_.last_missing().empty();
       warnings_.push_back(
           {path_of(leaf), fmt::format("left out: {}{}{}", missing ? "it needs '" : "", reason(walk_state_, result),
@@ -108,8 +108,8 @@ class EntryWalk {
   }
 
   cerrno walk(yfw_map_walker_fn walker, const lyd_node* child, const RequestTree::Wanted& wanted) {
-    RequestTree tree;
-    const yfw_datatree* const node = tree.data(child, wanted);
+    records_.clear();
+    const yfw_datatree* const node = records_.data(child, wanted);
     walk_state_.clear_missing();
     if (walk_state_.environment().bind_subinterface_vlan_id &&
         std::strcmp(child->schema->name, kVlanIdentifierParent) == 0) {
@@ -130,14 +130,38 @@ class EntryWalk {
   }
 
   WalkState& walk_state_;
+  RequestTree& records_;
   const lyd_node* entry_;
-  const RequestTree::Wanted& wanted_;
+  const Asked* asked_;
   std::vector<Warning>& warnings_;
 };
 
-// Interfaces that only the operational data know answer their names as the others do.
-void answer_names(WalkState& walk_state) {
-  const OutputNode& top = walk_state.output().top();
+}  // namespace
+
+Reader::Reader(const Environment& environment, uint32_t kind) : walk_state_(environment, kind) {}
+
+void Reader::add(const lyd_node* entry, const Asked* asked, std::vector<Warning>& warnings) {
+  walk_state_.take_turn();
+  EntryWalk(walk_state_, records_, entry, asked, warnings).run();
+}
+
+cerrno Reader::add_state_entry(const lyd_node* entry) {
+  walk_state_.take_turn();
+  records_.clear();
+  const yfw_datatree* const root = records_.in_place(entry, records_.data(entry));
+  return walk_state_.environment().plugins->operational_root()(walk_state_.ctx(), root, walk_state_.output().root());
+}
+
+cerrno Reader::add_state(const lyd_node* top, const RequestTree::Wanted& wanted) {
+  walk_state_.take_turn();
+  records_.clear();
+  const yfw_datatree* const root = records_.data(top, wanted);
+  return walk_state_.environment().plugins->operational_root()(walk_state_.ctx(), root, walk_state_.output().root());
+}
+
+void Reader::answer_names() {
+  walk_state_.take_turn();
+  const OutputNode& top = walk_state_.output().top();
   std::vector<std::pair<std::string, std::string>> names;
   const auto collect = [&names](const auto& self, const OutputNode& node, const std::string& interface) -> void {
     const bool is_entry = is_list(node.schema) && !node.key.empty();
@@ -148,44 +172,22 @@ void answer_names(WalkState& walk_state) {
   };
   for (const OutputNode* const each : top.children) collect(collect, *each, "");
   for (const auto& [name, index] : names) {
-    walk_state.enter_interface(name, index);
-    answer_own_leaves(walk_state, nullptr);
+    walk_state_.enter_interface(name, index);
+    answer_own_leaves(walk_state_, nullptr);
   }
 }
 
-void walk_operational(WalkState& walk_state, const Data& operational, std::vector<Warning>& warnings) {
-  const yfw_map_walker_fn walker = walk_state.environment().plugins->operational_root();
-  if (walker == nullptr) {
-    warnings.push_back({"", "no plug-in translates operational data"});
-    return;
-  }
-  const lyd_node* top = nullptr;
-  LY_LIST_FOR(operational.get(), top) {
-    if (top->schema == nullptr) continue;
-    RequestTree tree;
-    const cerrno result = walker(walk_state.ctx(), tree.data(top), walk_state.output().root());
-    if (result != 0) warnings.push_back({path_of(top), fmt::format("left out in part: {}", cerr_strerror(result))});
-  }
-  answer_names(walk_state);
+Data Reader::take(std::vector<Warning>& warnings) {
+  Data data = to_data(walk_state_.output(), warnings);
+  walk_state_.output().clear();
+  return data;
 }
 
-}  // namespace
-
-Data read_entries(const Environment& environment, const std::vector<const lyd_node*>& entries, const FetchSet& fetch,
-                  const Data* operational, std::vector<Warning>& warnings) {
-  WalkState walk_state(environment, operational == nullptr ? kReadConfig : kReadState);
-  for (const lyd_node* const entry : entries) {
-    if (fetch.everything()) {
-      EntryWalk(walk_state, entry, nullptr, warnings).run();
-      continue;
-    }
-    const std::unordered_set<const lysc_node*> asked = fetch.asked_of(entry_name(entry));
-    if (asked.empty() && !fetch.asks_for_names()) continue;
-    const RequestTree::Wanted wanted = [&asked](const lyd_node* node) { return FetchSet::is_wanted(node, asked); };
-    EntryWalk(walk_state, entry, wanted, warnings).run();
-  }
-  if (operational != nullptr) walk_operational(walk_state, *operational, warnings);
-  return to_data(walk_state.output(), warnings);
+Data read_entries(const Environment& environment, const std::vector<const lyd_node*>& entries,
+                  std::vector<Warning>& warnings) {
+  Reader reader(environment, kReadConfig);
+  for (const lyd_node* const entry : entries) reader.add(entry, nullptr, warnings);
+  return reader.take(warnings);
 }
 
 }  // namespace yfw

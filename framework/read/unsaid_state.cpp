@@ -7,13 +7,13 @@
 #include <array>
 #include <cstring>
 #include <map>
-#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "framework/read/state_shape.h"
 #include "framework/read/unsaid.h"
+#include "framework/read/verdict.h"
 #include "framework/tree/entries.h"
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
@@ -138,14 +138,9 @@ class StateEntry {
     const RequestTree::Wanted stays = [gone](const lyd_node* node) { return node != gone; };
     yfw_datatree* const entry = tree.data(entry_, gone == nullptr ? nullptr : stays);
     if (value != nullptr) record_at(entry_, entry, leaf)->value = value;
-    const lyd_node* const list = lyd_parent(entry_);
-    const lyd_node* const node = lyd_parent(list);
-    yfw_datatree inside[2] = {*tree.data(lyd_child(node)), record_of(list, entry, 1)};
-    yfw_datatree card = record_of(node, inside, 2);
-    yfw_datatree nodes = record_of(lyd_parent(node), &card, 1);
-    const yfw_datatree root = record_of(lyd_parent(lyd_parent(node)), &nodes, 1);
+    const yfw_datatree* const root = tree.in_place(entry_, entry);
     WalkState walk_state(environment_, kReadState);
-    const cerrno result = environment_.plugins->operational_root()(walk_state.ctx(), &root, walk_state.output().root());
+    const cerrno result = environment_.plugins->operational_root()(walk_state.ctx(), root, walk_state.output().root());
     return (result == 0 ? "" : "failed\n") + HeldOutput::text_of(walk_state.output().top());
   }
 
@@ -180,14 +175,24 @@ class StateEntry {
   std::vector<const lyd_node*> containers_;
 };
 
-std::string instance_path(const lyd_node* node) {
-  const std::unique_ptr<char, void (*)(void*)> text(lyd_path(node, LYD_PATH_STD, nullptr, 0), std::free);
-  return text == nullptr ? path_of(node) : text.get();
-}
-
-// The leaf by its path below the entry, and its value.
-std::string setting(const std::string& entry, const std::string& path, const lyd_node* leaf) {
-  return fmt::format("{} \"{}\"", path.substr(std::min(path.size(), entry.size() + 1)), lyd_get_value(leaf));
+// The path of a leaf from its entry on; entries without a key are told apart by where they stand.
+std::string path_below(const lyd_node* entry, const lyd_node* node) {
+  if (node == entry) return {};
+  const lyd_node* const above = lyd_parent(node);
+  const lysc_node* const schema = node->schema;
+  std::string path = path_below(entry, above);
+  path += '/';
+  if (schema->module != above->schema->module) path.append(schema->module->name).append(1, ':');
+  path += schema->name;
+  if (lysc_is_dup_inst_list(schema)) {
+    path.append(1, '[').append(std::to_string(lyd_list_pos(node))).append(1, ']');
+  } else if (schema->nodetype == LYS_LEAFLIST) {
+    path += predicate(".", lyd_get_value(node));
+  }
+  const lyd_node* key = is_list(schema) ? lyd_child(node) : nullptr;
+  for (; key != nullptr && lysc_is_key(key->schema); key = key->next)
+    path += predicate(LYD_NAME(key), lyd_get_value(key));
+  return path;
 }
 
 }  // namespace
@@ -208,14 +213,14 @@ void report_unsaid_state(const Environment& environment, const Data& operational
     if (is_new) verdict->second = judged.unsaid(shape);
     std::string settings;
     const bool is_said = std::find(verdict->second.begin(), verdict->second.end(), true) == verdict->second.end();
-    const std::string entry_path = is_said ? "" : instance_path(entry);
+    const std::string entry_path = is_said ? "" : path_of(entry);
     for (std::size_t i = 0; i < shape.leaves.size(); ++i) {
       const lyd_node* const leaf = shape.leaves[i];
       if (!verdict->second[shape.groups[i]] || !is_asked(leaf)) continue;
-      std::string path = instance_path(leaf);
-      settings += (settings.empty() ? "" : ", ") + setting(entry_path, path, leaf);
+      const std::string path = path_below(entry, leaf);
+      append(settings, ", ", fmt::format("{} \"{}\"", std::string_view(path).substr(1), lyd_get_value(leaf)));
       result.unsaid.push_back(
-          {std::string(judged.name()), std::move(path), lyd_get_value(leaf), Unsaid::Fate::stays, ""});
+          {std::string(judged.name()), entry_path + path, lyd_get_value(leaf), Unsaid::Fate::stays, ""});
     }
     if (settings.empty()) return;
     result.warnings.push_back({entry_path, fmt::format("OpenConfig does not say: {}", settings), true});

@@ -5,6 +5,8 @@
 #include <libyang/libyang.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "framework/datastore/validate.h"
 #include "framework/tree/nodes.h"
@@ -80,6 +82,39 @@ void make_configuration_valid(const Environment& environment, Data& data, std::v
 }
 
 }  // namespace
+
+namespace {
+
+bool is_state(const lyd_node* node) {
+  return (node->schema->flags & LYS_CONFIG_R) != 0;
+}
+
+// The topmost nodes of state, and what they stand in.
+void collect_state(lyd_node* node, std::vector<std::pair<lyd_node*, lyd_node*>>& state) {
+  lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (is_state(child)) {
+      state.emplace_back(node, child);
+    } else {
+      collect_state(child, state);
+    }
+  }
+}
+
+}  // namespace
+
+// State stands aside while configuration is looked at.
+Reach reach_of_configuration(const Environment& environment, Data& data) {
+  Reach reach = environment.validator->reach(data.get());
+  if (reach == Reach::nowhere || data.empty()) return reach;
+  std::vector<std::pair<lyd_node*, lyd_node*>> state;
+  collect_state(data.get(), state);
+  if (state.empty()) return reach;
+  for (const auto& [parent, node] : state) lyd_unlink_tree(node);
+  reach = environment.validator->reach(data.get());
+  for (const auto& [parent, node] : state) lyd_insert_child(parent, node);
+  return reach;
+}
 
 void make_valid(const Environment& environment, Data& data, std::vector<Warning>& warnings) {
   if (data.empty()) return;

@@ -13,13 +13,15 @@ namespace yfw {
 
 namespace {
 
-// Identity values are written with their module's name in front, as libyang reads them.
-std::string lexical_value(const OutputNode& node) {
-  std::string value = node.data.value;
+// Identity values are written with their module's name in front, as libyang reads them; that text is put in `made`.
+const char* lexical_value(const OutputNode& node, std::string& made) {
+  if (node.data.value == nullptr) return "";
   const lysc_type* const type = reinterpret_cast<const lysc_node_leaf*>(node.schema)->type;
-  if (type->basetype != LY_TYPE_IDENT || node.data.value_ns == nullptr) return value;
+  if (type->basetype != LY_TYPE_IDENT || node.data.value_ns == nullptr) return node.data.value;
   const lys_module* const module = ly_ctx_get_module_implemented_ns(node.schema->module->ctx, node.data.value_ns);
-  return module == nullptr ? value : fmt::format("{}:{}", module->name, value);
+  if (module == nullptr) return node.data.value;
+  made.append(module->name).append(1, ':').append(node.data.value);
+  return made.c_str();
 }
 
 std::string quoted(std::string_view key) {
@@ -74,9 +76,10 @@ struct Writer {
         return nullptr;
       }
     }
-    const std::string value = node.data.value == nullptr ? std::string() : lexical_value(node);
+    std::string made_value;
+    const char* const value = lexical_value(node, made_value);
     lyd_node* made = nullptr;
-    if (lyd_new_term(parent, node.schema->module, node.schema->name, value.c_str(), 0, &made) != LY_SUCCESS) {
+    if (lyd_new_term(parent, node.schema->module, node.schema->name, value, 0, &made) != LY_SUCCESS) {
       failed(node, last_reason(node));
       return nullptr;
     }

@@ -150,14 +150,22 @@ struct RequestTree::Builder {
   }
 };
 
-yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t count) {
-  yfw_datatree record{};
-  if (node == nullptr) return record;
-  record.tag = node->schema->name;
-  record.ns = namespace_of(node->schema);
-  record.subtrees = children;
-  record.subtree_count = count;
-  record.node_flags = abi::kHasSubtrees;
+yfw_datatree* RequestTree::in_place(const lyd_node* node, yfw_datatree* record) {
+  const Builder builder{arena_};
+  for (const lyd_node* above = lyd_parent(node); above != nullptr; above = lyd_parent(above)) {
+    // Keys stand first: what else there is, be it every entry of a list, is not looked at.
+    std::size_t keys = 0;
+    const lyd_node* child = lyd_child(above);
+    for (; child != nullptr && is_key_node(child); child = child->next) ++keys;
+    auto* const made = new (arena_.allocate(sizeof(yfw_datatree), alignof(yfw_datatree))) yfw_datatree{};
+    made->tag = above->schema->name;
+    made->ns = namespace_of(above->schema);
+    yfw_datatree* place = builder.make_room(*made, keys + 1);
+    child = lyd_child(above);
+    for (std::size_t i = 0; i < keys; ++i, child = child->next) builder.fill(*place++, child, Operation::merge);
+    *place = *record;
+    record = made;
+  }
   return record;
 }
 

@@ -14,9 +14,6 @@ struct lyd_node;
 
 namespace yfw {
 
-// A record for a node with these children, which are somebody else's; empty for null.
-yfw_datatree record_of(const lyd_node* node, yfw_datatree* children, uint32_t count);
-
 // True when something of an edit goes, at the node or below it; `outer` is what the node inherits.
 bool contains_removal(const lyd_node* node, Operation outer);
 
@@ -39,6 +36,9 @@ class RequestTree {
 
   // Data as it is, texts of trunk VLANs in their canonical form; `wanted` (null: all) says which nodes.
   yfw_datatree* data(const lyd_node* node, const Wanted& wanted = nullptr);
+
+  // The record of a node in records for all that it stands in, list entries with their keys; the topmost is returned.
+  yfw_datatree* in_place(const lyd_node* node, yfw_datatree* record);
 
   // Gives up all that was built, for others to take its room.
   void clear() { arena_.release(); }

@@ -85,7 +85,12 @@ WalkState::~WalkState() {
   for (void* const memory : memory_) std::free(memory);
 }
 
+void WalkState::take_turn() {
+  current = this;
+}
+
 void WalkState::restart() {
+  take_turn();
   for (void* const memory : memory_) std::free(memory);
   memory_.clear();
   state_ = {};

@@ -33,6 +33,9 @@ class WalkState {
   // That of the walk that runs on this thread; null outside of one.
   static WalkState* running();
 
+  // Of several walks that are under way on a thread, this is the one that runs from now on.
+  void take_turn();
+
   yfw_map_ctx* ctx() { return &ctx_; }
   yfw_map_req_state& state() { return state_; }
   yfw_map_request& request() { return request_; }
