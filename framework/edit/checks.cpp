@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <map>
+#include <unordered_map>
 
 #include "framework/datastore/apply.h"
 #include "framework/documents/documents.h"
@@ -31,6 +32,13 @@ struct ClaimCheck {
   EditDocument& document;
   bool ignore_unmapped = false;
   const lyd_node* unmapped = nullptr;
+  std::unordered_map<const lysc_node*, Claim> claims = {};  // those asked for before
+
+  Claim claim_on(const lysc_node* schema) {
+    const auto [known, first] = claims.try_emplace(schema, Claim::nobody);
+    if (first && schema != nullptr) known->second = claim_of(schema);
+    return known->second;
+  }
 
   void drop(lyd_node* node) const {
     const std::string path = path_of(node);
@@ -67,10 +75,10 @@ struct ClaimCheck {
   }
 
   // A leaf that repeats what the entry says already must say the same.
-  void check_answered(const lyd_node* node, Operation operation) const {
+  void check_answered(const lyd_node* node, Operation operation) {
     const lysc_node* const schema = node->schema;
     if (schema == nullptr || schema->parent == nullptr || !named(schema->parent, "config")) return;
-    if (claim_of(schema) != Claim::framework) return;
+    if (claim_on(schema) != Claim::framework) return;
     const lyd_node* const entry = &node->parent->parent->node;
     const bool is_type = named(schema, "type");
     if (!is_type && !named(schema, "name") && !named(schema, "index")) return;
@@ -95,7 +103,7 @@ struct ClaimCheck {
   void check(lyd_node* node, Operation outer) {
     const Operation operation = operation_of(node, outer);
     const lysc_node* const schema = schema_of(node);
-    const Claim claim = schema == nullptr ? Claim::nobody : claim_of(schema);
+    const Claim claim = claim_on(schema);
     if (claim == Claim::nobody) {
       if (!asks_for_nothing(node, operation)) drop(node);
       return;
