@@ -11,6 +11,8 @@
 #include "framework/documents/source.h"
 #include "framework/documents/types.h"
 #include "framework/tree/nodes.h"
+#include "framework/tree/paths.h"
+#include "framework/tree/result.h"
 #include "yfw-host/data.h"
 #include "yfw-host/error.h"
 
@@ -66,16 +68,15 @@ TreeBuilder::TreeBuilder(ly_ctx* models, Format format, Purpose purpose, EditDoc
 }
 
 std::string TreeBuilder::path(const Position& at, const lysc_node* schema) {
-  const bool same = at.parent != nullptr && at.schema()->module == schema->module;
-  std::string path =
-      fmt::format("{}/{}{}", path_of(at.parent), same ? "" : fmt::format("{}:", schema->module->name), schema->name);
+  InstancePath path(at.parent);
+  path.step(schema->module, schema->name);
   // An entry that is refused has no node yet, but perhaps its keys.
   const lysc_node* key = schema->nodetype == LYS_LIST ? lysc_node_child(schema) : nullptr;
   for (; key != nullptr && lysc_is_key(key); key = key->next) {
     const Element* const given = find_key(key, *judged_);
-    if (given != nullptr) path += predicate(key->name, given->value);
+    if (given != nullptr) path.predicate(key->name, given->value);
   }
-  return path;
+  return path.take();
 }
 
 void TreeBuilder::refuse(const Position& at, const lysc_node* schema, const char* tag, std::string message) {
@@ -104,7 +105,8 @@ void TreeBuilder::check_alone(Position& at, lyd_node* made, const lysc_node* sch
 }
 
 lyd_node* TreeBuilder::attach(const Position& at, lyd_node* made) {
-  if (at.parent == nullptr) lyd_insert_sibling(result_.tree.get(), made, result_.tree.out());
+  if (at.parent == nullptr)
+    need(lyd_insert_sibling(result_.tree.get(), made, result_.tree.out()), "no node can be added");
   attached_ = made;
   return made;
 }
@@ -310,7 +312,7 @@ TreeBuilder::Position TreeBuilder::make_container(Position& at, const lysc_node*
   const std::optional<Operation> own = own_operation(at, schema, element);
   const Operation effective = own.value_or(at.outer);
   lyd_node* node = nullptr;
-  if (lyd_new_inner(at.parent, schema->module, schema->name, 0, &node) != LY_SUCCESS) {
+  if (!succeeded(lyd_new_inner(at.parent, schema->module, schema->name, 0, &node))) {
     refuse(at, schema, "operation-failed", fmt::format("'{}' cannot be made", schema->name));
   }
   attach(at, node);
@@ -353,8 +355,7 @@ TreeBuilder::Position TreeBuilder::make_entry(Position& at, const lysc_node* sch
   }
   lyd_node* node = nullptr;
   // As many keys are read as the list has.
-  if (lyd_new_list(at.parent, schema->module, schema->name, 0, &node, keys[0], keys[1], keys[2], keys[3]) !=
-      LY_SUCCESS) {
+  if (!succeeded(lyd_new_list(at.parent, schema->module, schema->name, 0, &node, keys[0], keys[1], keys[2], keys[3]))) {
     std::size_t i = 0;
     for (const lysc_node* key = lysc_node_child(schema); i < count; key = key->next, ++i) {
       const LY_ERR valid =

@@ -140,7 +140,7 @@ class TreeBuilder : public Taker {
   };
   // An element that has not ended yet, and what is made of its children; nothing when it was left out.
   struct Open {
-    const Element* element;
+    const Element* element = nullptr;
     std::optional<Position> position;
   };
   struct Refusal {

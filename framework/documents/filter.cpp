@@ -9,6 +9,8 @@
 #include "framework/documents/source.h"
 #include "framework/documents/types.h"
 #include "framework/tree/nodes.h"
+#include "framework/tree/paths.h"
+#include "framework/tree/result.h"
 #include "framework/tree/schema.h"
 #include "yfw-host/data.h"
 #include "yfw-host/error.h"
@@ -31,11 +33,10 @@ lyd_node* add_filter_node(Data& tree, lyd_node* parent, const lysc_node* schema,
     ly_err_clean(const_cast<ly_ctx*>(models), nullptr);
   }
   lyd_node* made = nullptr;
-  if (lyd_new_opaq2(parent, models, schema->name, text.empty() ? nullptr : text.c_str(), nullptr, schema->module->ns,
-                    &made) != LY_SUCCESS) {
-    throw std::runtime_error(fmt::format("no filter can be made of '{}'", schema->name));
-  }
-  if (parent == nullptr) lyd_insert_sibling(tree.get(), made, tree.out());
+  need(lyd_new_opaq2(parent, models, schema->name, text.empty() ? nullptr : text.c_str(), nullptr, schema->module->ns,
+                     &made),
+       "no filter can be made");
+  if (parent == nullptr) need(lyd_insert_sibling(tree.get(), made, tree.out()), "no filter can be made");
   return made;
 }
 
@@ -105,8 +106,7 @@ class FilterBuilder {
   }
 
   static std::string path(const lyd_node* parent, const lysc_node* schema) {
-    return fmt::format("{}/{}{}", path_of(parent), parent == nullptr ? fmt::format("{}:", schema->module->name) : "",
-                       schema->name);
+    return InstancePath(parent).step(schema->module, schema->name).take();
   }
 
   [[noreturn]] static void refuse(const lyd_node* parent, const lysc_node* schema, const char* tag,
@@ -215,7 +215,7 @@ Data paths_to_filter(ly_ctx* ctx, const std::vector<std::string>& paths) {
   for (const std::string& path : paths) {
     Data one;
     if (!PathReader(ctx, path).read(one)) return {};
-    lyd_insert_sibling(tree.get(), one.release(), tree.out());
+    need(lyd_insert_sibling(tree.get(), one.release(), tree.out()), "no filter can be made");
   }
   return tree;
 }

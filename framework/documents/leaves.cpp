@@ -7,6 +7,7 @@
 #include "framework/documents/source.h"
 #include "framework/documents/types.h"
 #include "framework/tree/nodes.h"
+#include "framework/tree/result.h"
 #include "yfw-host/data.h"
 #include "yfw-host/error.h"
 
@@ -28,7 +29,7 @@ void TreeBuilder::refuse_value(const Position& at, const lysc_node* schema, cons
 
 lyd_node* TreeBuilder::try_term(const Position& at, const lysc_node* schema, const char* value) {
   lyd_node* made = nullptr;
-  if (lyd_new_term(at.parent, schema->module, schema->name, value, 0, &made) == LY_SUCCESS) return attach(at, made);
+  if (succeeded(lyd_new_term(at.parent, schema->module, schema->name, value, 0, &made))) return attach(at, made);
   ly_err_clean(resolver_.models(), nullptr);
   return nullptr;
 }
@@ -72,8 +73,8 @@ lyd_node* TreeBuilder::make_identity(const Position& at, const lysc_node* schema
   }
   if (purpose_ != Purpose::edit) refuse_value(at, schema, element.value);
   lyd_node* open = nullptr;
-  if (lyd_new_opaq2(at.parent, resolver_.models(), schema->name, element.value, nullptr, schema->module->ns, &open) !=
-      LY_SUCCESS) {
+  if (!succeeded(lyd_new_opaq2(at.parent, resolver_.models(), schema->name, element.value, nullptr, schema->module->ns,
+                               &open))) {
     refuse_value(at, schema, element.value);
   }
   result_.value_namespaces[open] = bound.is_prefixed ? bound.module->ns : nullptr;

@@ -9,7 +9,7 @@
 #include "framework/documents/envelope.h"
 #include "framework/documents/source.h"
 #include "framework/documents/types.h"
-#include "framework/tree/nodes.h"
+#include "framework/tree/paths.h"
 #include "yfw-host/data.h"
 #include "yfw-host/error.h"
 
@@ -82,9 +82,9 @@ const lysc_node* Resolver::resolve(const lysc_node* parent, const Element& eleme
 
   const lys_module* const module = element.ns == nullptr ? nullptr : module_of(element.ns);
   const bool xml = format_ == Format::xml;
-  const std::string path = path_of(above);
+  InstancePath path(above);
   RpcError error{.tag = "unknown-namespace",
-                 .path = fmt::format("{}/{}", path, element.name),
+                 .path = InstancePath(path).step(nullptr, element.name).take(),
                  .message = {},
                  .bad_element = element.name};
   if (element.ns == nullptr || (parent == nullptr && is_netconf(element.ns))) {
@@ -102,7 +102,7 @@ const lysc_node* Resolver::resolve(const lysc_node* parent, const Element& eleme
   }
   const bool same = parent != nullptr && parent->module == module;
   error.tag = "unknown-element";
-  if (!same) error.path = fmt::format("{}/{}:{}", path, module->name, element.name);
+  error.path = path.step(module, element.name).take();
   const lys_module* const home = home_of(parent, element.name);
   if (home != nullptr) {
     error.message = fmt::format("'{}' in '{}' is not of the model {}; allowed: {}", element.name, parent->name,

@@ -50,13 +50,24 @@ struct Tag {
   std::size_t attributes;
 };
 
+constexpr std::array<bool, 256> kMarks = [] {
+  std::array<bool, 256> marks{};
+  for (const char c : {'>', '=', '"', '\''}) marks[static_cast<unsigned char>(c)] = true;
+  return marks;
+}();
+
 Tag scan_tag(std::string_view text, std::size_t at) {
   std::size_t attributes = 0;
-  for (; at < text.size(); ++at) {
-    const char c = text[at];
-    if (c == '>') return {at, attributes};
-    if (c == '=') ++attributes;
-    if (c == '"' || c == '\'') at = std::min(text.find(c, at + 1), text.size());
+  const char* const end = text.data() + text.size();
+  for (const char* each = text.data() + at; each < end; ++each) {
+    if (!kMarks[static_cast<unsigned char>(*each)]) continue;
+    if (*each == '>') return {static_cast<std::size_t>(each - text.data()), attributes};
+    if (*each == '=') {
+      ++attributes;
+    } else {
+      each = std::find(each + 1, end, *each);
+      if (each == end) break;
+    }
   }
   return {std::string_view::npos, attributes};
 }

@@ -1,13 +1,13 @@
 // Operations and paths of nodes, opaque ones included.
 #include "framework/tree/nodes.h"
+
 #include <fmt/format.h>
 #include <libyang/libyang.h>
 
 #include <array>
 #include <cstring>
-#include <stdexcept>
-#include <vector>
 
+#include "framework/tree/result.h"
 #include "framework/tree/schema.h"
 #include "yfw-host/data.h"
 #include "yfw-host/error.h"
@@ -53,11 +53,6 @@ lyd_attr* find_attribute(const lyd_node* node) {
   return nullptr;
 }
 
-const lys_module* module_of(const lyd_node* node) {
-  const lysc_node* const schema = schema_of(node);
-  return schema == nullptr ? nullptr : schema->module;
-}
-
 }  // namespace
 
 std::string leaf_name(std::string_view path) {
@@ -66,11 +61,6 @@ std::string leaf_name(std::string_view path) {
   path = path.substr(0, entry);
   const std::string_view step = path.substr(path.rfind('/') + 1);
   return std::string(step.substr(step.find(':') + 1));
-}
-
-std::string predicate(std::string_view name, std::string_view value) {
-  const char quote = value.find('\'') == std::string_view::npos ? '\'' : '"';
-  return fmt::format("[{}={}{}{}]", name, quote, value, quote);
 }
 
 std::optional<Operation> operation_named(std::string_view text) {
@@ -92,9 +82,10 @@ Operation operation_of(const lyd_node* node, Operation fallback) {
 void set_operation(lyd_node* node, Operation operation) {
   const ly_ctx* const models = LYD_CTX(node);
   const char* const text = text_of(operation);
+  const char* const failure = "no operation can be put on a node";
   if (node->schema == nullptr) {
     lyd_free_attr_single(models, find_attribute(node));
-    if (text != nullptr) lyd_new_attr2(node, kNetconfNs, "nc:operation", text, nullptr);
+    if (text != nullptr) need(lyd_new_attr2(node, kNetconfNs, "nc:operation", text, nullptr), failure);
     return;
   }
   lyd_free_meta_single(find_meta(node));
@@ -102,16 +93,13 @@ void set_operation(lyd_node* node, Operation operation) {
   const lys_module* const netconf = ly_ctx_get_module_implemented(models, kNetconfModule);
   // A container that carries an operation is there for its own sake, not by default.
   constexpr ly_bool kNotDefault = 1;
-  if (lyd_new_meta(models, node, netconf, kAttribute, text, kNotDefault, nullptr) != LY_SUCCESS) {
-    throw std::runtime_error(fmt::format("no operation can be put on '{}'", LYD_NAME(node)));
-  }
+  need(lyd_new_meta(models, node, netconf, kAttribute, text, kNotDefault, nullptr), failure);
 }
 
 lyd_node* new_removed_leaf(lyd_node* parent, const lysc_node* leaf) {
   lyd_node* made = nullptr;
-  if (lyd_new_opaq2(parent, leaf->module->ctx, leaf->name, nullptr, nullptr, leaf->module->ns, &made) != LY_SUCCESS) {
-    throw std::runtime_error(fmt::format("'{}' cannot be made", leaf->name));
-  }
+  need(lyd_new_opaq2(parent, leaf->module->ctx, leaf->name, nullptr, nullptr, leaf->module->ns, &made),
+       "a removal cannot be made");
   // Prints as [null] in JSON.
   reinterpret_cast<lyd_node_opaq*>(made)->hints = LYD_VALHINT_EMPTY;
   set_operation(made, Operation::remove);
@@ -129,30 +117,6 @@ const char* key_value(const lyd_node* entry) {
                  .path = path_of(entry),
                  .message = fmt::format("an entry of '{}' has no key", LYD_NAME(entry)),
                  .bad_element = LYD_NAME(entry)});
-}
-
-std::string path_of(const lyd_node* node) {
-  if (node == nullptr) return {};
-  std::vector<const lyd_node*> steps;
-  for (; node != nullptr; node = lyd_parent(node)) steps.push_back(node);
-  std::string path;
-  const lys_module* outer = nullptr;
-  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
-    const lys_module* const module = module_of(*step);
-    path += '/';
-    if (module != nullptr && module != outer) path += fmt::format("{}:", module->name);
-    outer = module;
-    path += LYD_NAME(*step);
-    const lysc_node* const schema = (*step)->schema;
-    if (schema == nullptr) continue;
-    if (schema->nodetype == LYS_LEAFLIST) path += predicate(".", lyd_get_value(*step));
-    const lyd_node* key = nullptr;
-    LY_LIST_FOR(schema->nodetype == LYS_LIST ? lyd_child(*step) : nullptr, key) {
-      if (key->schema == nullptr || !lysc_is_key(key->schema)) break;
-      path += predicate(LYD_NAME(key), lyd_get_value(key));
-    }
-  }
-  return path;
 }
 
 Operation effective_operation(const lyd_node* node, Operation default_operation) {
@@ -178,7 +142,7 @@ bool is_ancestor_or_self(const lyd_node* above, const lyd_node* node) {
 
 const lyd_node* node_at(const Data& data, const std::string& path) {
   lyd_node* found = nullptr;
-  if (data.empty() || lyd_find_path(data.get(), path.c_str(), 0, &found) != LY_SUCCESS) return nullptr;
+  if (data.empty() || !succeeded(lyd_find_path(data.get(), path.c_str(), 0, &found))) return nullptr;
   return found;
 }
 
@@ -191,7 +155,7 @@ const lyd_node* child_named(const lyd_node* parent, std::string_view name) {
 }
 
 lyd_node* first_child(const lyd_node* node) {
-  return node->schema == nullptr ? reinterpret_cast<const lyd_node_opaq*>(node)->child : lyd_child(node);
+  return lyd_child(node);
 }
 
 bool is_plain_container(const lyd_node* node) {
@@ -214,18 +178,17 @@ lyd_node* counterpart_among(const lyd_node* siblings, const lyd_node* node) {
   const lysc_node* const schema = siblings == nullptr ? nullptr : schema_of(node);
   if (schema == nullptr) return nullptr;
   if (node->schema != nullptr && (schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0) {
-    lyd_find_sibling_first(siblings, node, &found);
+    succeeded(lyd_find_sibling_first(siblings, node, &found));
   } else {
-    lyd_find_sibling_val(siblings, schema, nullptr, 0, &found);
+    succeeded(lyd_find_sibling_val(siblings, schema, nullptr, 0, &found));
   }
   return found;
 }
 
 Data alone(const lyd_node* node) {
   lyd_node* copy = nullptr;
-  if (lyd_dup_single(node, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS | LYD_DUP_NO_META, &copy) != LY_SUCCESS) {
-    throw std::runtime_error("a node cannot be copied");
-  }
+  need(lyd_dup_single(node, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS | LYD_DUP_NO_META, &copy),
+       "a node cannot be copied");
   while (copy->parent != nullptr) copy = &copy->parent->node;
   return Data(copy);
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -74,6 +75,11 @@ class Data {
   // The same as a document that can be read again, also when nothing or several nodes are at the top: in XML these
   // stand in NETCONF's <data>.
   std::string print_document(Format format) const;
+
+  // The same texts, handed on piece by piece, so that none is held as a whole. What `sink` throws comes through.
+  using Sink = std::function<void(std::string_view)>;
+  void print(Format format, const Sink& sink) const;
+  void print_document(Format format, const Sink& sink) const;
 
  private:
   lyd_node* first_ = nullptr;

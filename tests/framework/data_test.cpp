@@ -25,6 +25,41 @@ TEST(Data, PrintsEverySiblingIndented) {
             "{\n  \"small:top\": {\n    \"a\": 1\n  },\n  \"small:other\": {\n    \"b\": \"2\"\n  }\n}\n");
 }
 
+// More than fits into any one piece.
+Data large() {
+  std::string entries;
+  for (int i = 0; i < 5000; ++i) entries += fmt::format("<w>entry {}</w>", i);
+  return small_edit(on_top(entries)).tree;
+}
+
+TEST(Data, IsHandedOnInPieces) {
+  const Data data = large();
+  for (const Format format : {Format::xml, Format::json}) {
+    std::string text;
+    std::size_t pieces = 0;
+    data.print_document(format, [&](std::string_view piece) {
+      text += piece;
+      ++pieces;
+    });
+    EXPECT_EQ(text, data.print_document(format));
+    EXPECT_GT(pieces, 1U);
+    EXPECT_EQ(text.back(), '\n');
+  }
+}
+
+// Nothing goes out after a failure, and what failed is told.
+TEST(Data, EndsWithWhatItsSinkThrows) {
+  const Data data = large();
+  for (std::size_t failing = 1; failing <= 2; ++failing) {
+    std::size_t pieces = 0;
+    const auto sink = [&](std::string_view) {
+      if (++pieces == failing) throw std::length_error("full");
+    };
+    EXPECT_THROW(data.print(Format::xml, sink), std::length_error);
+    EXPECT_EQ(pieces, failing);
+  }
+}
+
 TEST(Data, PrintsNoDefaultsThatNobodySet) {
   Data data = small_edit(on_top("<a>1</a>")).tree;
   ASSERT_EQ(lyd_validate_all(data.out(), nullptr, LYD_VALIDATE_PRESENT, nullptr), LY_SUCCESS);

@@ -232,7 +232,8 @@ std::string json_value(const Made& made, bool annotations_first) {
   const std::string about = made.operation.empty() ? "" : fmt::format("\"@\": {{{}}}", annotation(made));
   const std::string members = json_members(made.children, annotations_first);
   const std::string comma = about.empty() || members.empty() ? "" : ",\n";
-  return "{" + (annotations_first ? about + comma + members : members + comma + about) + "}";
+  return annotations_first ? fmt::format("{{{}{}{}}}", about, comma, members)
+                           : fmt::format("{{{}{}{}}}", members, comma, about);
 }
 
 std::string json_members(const std::vector<Made>& members, bool annotations_first) {
@@ -245,7 +246,7 @@ std::string json_members(const std::vector<Made>& members, bool annotations_firs
       while (i + 1 < members.size() && members[i + 1].name == each.name && members[i + 1].is_entry) {
         value += ",\n" + json_value(members[++i], annotations_first);
       }
-      value = "[" + value + "]";
+      value = fmt::format("[{}]", value);
     }
     texts.push_back(fmt::format("\"{}\": {}", name, value));
     if (each.value.empty() || each.operation.empty()) continue;
@@ -368,7 +369,7 @@ TEST_P(Taken, SaysTheSameWhateverStandsInTheDocument) {
     const Format format = chance.below(2) == 0 ? Format::xml : Format::json;
     std::string text = written(made, format, chance.below(2) == 0);
     // A second root, and a slip of the pen.
-    if (format == Format::json && chance.below(8) == 0) text = text.substr(0, text.size() - 1) + ", " + text.substr(1);
+    if (format == Format::json && chance.below(8) == 0) text.replace(text.size() - 1, 1, ", " + text.substr(1));
     if (chance.below(8) == 0) text[chance.below(text.size())] = "<>\"@{}[],:& x"[chance.below(14)];
     expect_the_same(text, format);
     if (HasFatalFailure()) return;

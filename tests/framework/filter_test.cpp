@@ -227,6 +227,19 @@ INSTANTIATE_TEST_SUITE_P(
                                .bad_element = "edit-config"}}),
     [](const testing::TestParamInfo<BadFilter>& info) { return info.param.name; });
 
+// Where another model goes on, its name stands in the path.
+TEST(RefusedFilters, NameTheModuleOfEachPart) {
+  const std::string text = on_vlan("text");
+  const std::string found = outcome_of([&] {
+    return parse_filter(compact_models().get(), {text, Format::xml, "filter"}).print(Format::xml);
+  });
+  EXPECT_EQ(found, described({.tag = "bad-element",
+                              .path = "/openconfig-interfaces:interfaces/interface/subinterfaces/subinterface"
+                                      "/openconfig-vlan:vlan",
+                              .message = "'vlan' holds elements, not the text \"text\"",
+                              .bad_element = "vlan"}));
+}
+
 struct PathCase {
   const char* name;
   std::vector<std::string> paths;
