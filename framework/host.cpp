@@ -55,10 +55,16 @@ struct Host::Impl {
     return result;
   }
 
+  // Whether any model of the device ties an entry to what is not part of it.
+  bool reaches_beyond() {
+    if (!reach.has_value()) reach = validator.reach(models.native());
+    return reach == Reach::beyond;
+  }
+
   PreparedEdit prepare(const Document& request) {
     if (plugins.empty()) throw Unreadable("no plug-in is loaded");
     return prepare_edit(environment(), leaves, parse_edit(models.get(), request, options.default_operation),
-                        {options.verify, options.ignore_unmapped, !options.models_dirs.empty()});
+                        {options.verify, options.ignore_unmapped, reaches_beyond()});
   }
 
   // The filter without what nobody maps; empty when there was none. False when nothing is left of it.
@@ -97,10 +103,12 @@ struct Host::Impl {
   HostOptions options;
   Models models;
   Validator validator;
+  std::optional<Reach> reach;  // of the models, once it was asked for
   PathCache paths;
   Plugins plugins;
   MappedLeaves leaves;
   std::optional<Running> running;
+  Data whole;  // the same as one tree, when somebody has asked for it
 };
 
 Host::Host(HostOptions options) : impl_(std::make_unique<Impl>(std::move(options))) {}
@@ -115,6 +123,7 @@ void Host::load_plugin(const std::string& path) {
 std::vector<Warning> Host::set_running(const Document& document) {
   RunningDocument read = parse_running(impl_->models, document);
   impl_->running.emplace(std::move(read.data), std::move(read.foreign));
+  impl_->whole.reset();
   return std::move(read.warnings);
 }
 
@@ -123,13 +132,13 @@ bool Host::has_running() const {
 }
 
 const Data& Host::running() const {
-  static const Data nothing;
-  return impl_->running.has_value() ? impl_->running->data() : nothing;
+  if (impl_->running.has_value() && impl_->whole.empty()) impl_->whole = impl_->running->whole();
+  return impl_->whole;
 }
 
 std::string Host::print_running(Format format) const {
   if (!impl_->running.has_value()) return Data().print_document(format);
-  return impl_->running->foreign().print(running(), impl_->models.get(), format);
+  return impl_->running->print(impl_->models.get(), format);
 }
 
 std::vector<Foreign> Host::foreign() const {
@@ -150,7 +159,8 @@ EditResult Host::edit(const Document& request) {
 EditResult Host::apply(const Document& request) {
   if (!impl_->running.has_value()) impl_->running.emplace();
   PreparedEdit prepared = impl_->prepare(request);
-  impl_->running->replace(prepared.touched, std::move(prepared.candidate));
+  impl_->running->replace(prepared.touched.names, prepared.candidate);
+  impl_->whole.reset();
   return std::move(prepared.result);
 }
 

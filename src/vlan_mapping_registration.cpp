@@ -16,7 +16,6 @@ namespace {
 constexpr char kRegistration[] = "yfw_map_reg_ocvlan_oper";
 constexpr char kDatabaseLibrary[] = "/pkg/lib/libsysdb.so";
 constexpr char kDatabasePath[] = "/cfg/if/act/";
-constexpr uint32_t kBindFlags = 4;
 constexpr std::size_t kTextSize = 81;
 
 bool database_library_is_present;
@@ -47,5 +46,5 @@ int yfw_vlan_sysdb_init(void) {
     if (rc != 0) return rc;
     database_library_is_present = true;
   }
-  return _sysdb_bind(&vlan_cfg_sysdb_connid, kDatabasePath, kBindFlags);
+  return _sysdb_bind(&vlan_cfg_sysdb_connid, kDatabasePath, SYSDB_BIND_FLAGS);
 }

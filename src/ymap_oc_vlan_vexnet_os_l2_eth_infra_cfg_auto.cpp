@@ -1,10 +1,4 @@
-// Per-node handlers of the native configuration family, made from its rows.
-#include "oc_vlan/handlers.h"
-#include "oc_vlan/oc_vlan.h"
-
-#define OC_VLAN_NAME(name) ymap_vo_oc_vlan_vexnetosl2ethinfracfg_##name
+// Per-node handlers of the native configuration family.
+#define OC_VLAN_NAME OC_VLAN_NATIVE_CFG
+#define OC_VLAN_ROWS "native_cfg.def"
 #include "engine/handlers_from_rows.h"
-
-OC_VLAN_DEFAULT_HANDLERS
-
-#include "native_cfg.def"

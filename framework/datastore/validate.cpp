@@ -2,13 +2,16 @@
 #include "framework/datastore/validate.h"
 
 #include <libyang/libyang.h>
+#include <libyang/plugins_exts.h>
+#include <libyang/plugins_types.h>
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <unordered_set>
 
+#include "framework/datastore/settled.h"
 #include "framework/tree/schema.h"
 
 namespace yfw {
@@ -42,23 +45,22 @@ Reach reach_of_siblings(const lysc_node* node) {
   return node->parent != nullptr && outermost_list(node->parent) != nullptr ? Reach::entry : Reach::beyond;
 }
 
-// What an expression at a node looks at; nothing when that cannot be told.
-std::vector<const lysc_node*> atoms_of(const lysc_node* node, const lysc_node* context, const lyxp_expr* expression,
-                                       const lysc_prefix* prefixes) {
-  ly_set* found = nullptr;
-  if (lys_find_expr_atoms(context, node->module, expression, prefixes, 0, &found) != LY_SUCCESS) return {};
-  const std::unique_ptr<ly_set, void (*)(ly_set*)> owner(found, [](ly_set* set) { ly_set_free(set, nullptr); });
-  return {found->snodes, found->snodes + found->count};
+// True for what finds other entries without going through what is around them: along an axis, or by a reference. What
+// is around a list at the top is no node.
+bool may_jump(const lysc_node* home, const lyxp_expr* expression) {
+  const std::string_view text = lyxp_get_expr(expression);
+  const auto holds = [text](std::string_view part) { return text.find(part) != std::string_view::npos; };
+  return home->parent == nullptr || holds("::") || holds("//") || holds("deref");
 }
 
 // How far it looks.
 Reach reach_of(const lysc_node* node, const lysc_node* context, const lyxp_expr* expression,
                const lysc_prefix* prefixes) {
   const lysc_node* const home = outermost_list(node);
+  if (home == nullptr || may_jump(home, expression)) return Reach::beyond;
   const std::vector<const lysc_node*> atoms = atoms_of(node, context, expression, prefixes);
-  const bool stays = home != nullptr && !atoms.empty() && std::all_of(atoms.begin(), atoms.end(), [home](auto* atom) {
-                       return outermost_list(atom) == home;
-                     });
+  const bool stays = !atoms.empty() && std::all_of(atoms.begin(), atoms.end(),
+                                                   [home](auto* atom) { return outermost_list(atom) == home; });
   return stays ? Reach::entry : Reach::beyond;
 }
 
@@ -72,6 +74,27 @@ Reach reach_of_conditions(const lysc_node* node) {
   return reach;
 }
 
+// False where looking at the condition may be an error: functions want arguments of certain types.
+bool can_be_told(const lysc_when& when) {
+  std::string text = lyxp_get_expr(when.cond);
+  for (const std::string_view harmless : {"current(", "not("}) {
+    for (std::size_t at = text.find(harmless); at != std::string::npos; at = text.find(harmless)) {
+      text.erase(at, harmless.size());
+    }
+  }
+  return text.find_first_of("(|") == std::string::npos;
+}
+
+// Of those that are looked at for a node that is absent.
+Reach reach_of_doubtful_conditions(const lysc_node* node) {
+  lysc_when** const whens = lysc_node_when(node);
+  LY_ARRAY_COUNT_TYPE i = 0;
+  LY_ARRAY_FOR(whens, i) {
+    if (!can_be_told(*whens[i])) return reach_of_conditions(node);
+  }
+  return Reach::nowhere;
+}
+
 Reach reach_of_musts(const lysc_node* node) {
   Reach reach = Reach::nowhere;
   const lysc_must* const musts = lysc_node_musts(node);
@@ -82,13 +105,26 @@ Reach reach_of_musts(const lysc_node* node) {
   return reach;
 }
 
+// Extensions may have a say of their own.
+Reach reach_of_extensions(const lysc_node* node) {
+  LY_ARRAY_COUNT_TYPE i = 0;
+  LY_ARRAY_FOR(node->exts, i) {
+    const lyplg_ext* const plugin = node->exts[i].def->plugin;
+    if (plugin != nullptr && plugin->validate != nullptr) return Reach::beyond;
+  }
+  return Reach::nowhere;
+}
+
 // Of values that name other nodes, but for references that a look at their target settles.
 Reach reach_of_values(const lysc_node* node, const lysc_type* type) {
   switch (type->basetype) {
-    case LY_TYPE_INST:
-      return Reach::beyond;
+    case LY_TYPE_INST: {
+      const auto* const identifier = reinterpret_cast<const lysc_type_instanceid*>(type);
+      return identifier->require_instance != 0 ? Reach::beyond : Reach::nowhere;
+    }
     case LY_TYPE_LEAFREF: {
       const auto* const reference = reinterpret_cast<const lysc_type_leafref*>(type);
+      if (reference->require_instance == 0) return Reach::nowhere;
       return reach_of(node, node, reference->path, reference->prefixes);
     }
     case LY_TYPE_UNION: {
@@ -101,64 +137,13 @@ Reach reach_of_values(const lysc_node* node, const lysc_type* type) {
       return reach;
     }
     default:
-      return Reach::nowhere;
+      return type->plugin->validate == nullptr ? Reach::nowhere : Reach::beyond;
   }
-}
-
-const lysc_type* type_of(const lysc_node* node) {
-  if (node->nodetype == LYS_LEAF) return reinterpret_cast<const lysc_node_leaf*>(node)->type;
-  if (node->nodetype == LYS_LEAFLIST) return reinterpret_cast<const lysc_node_leaflist*>(node)->type;
-  return nullptr;
 }
 
 Reach reach_of_values(const lysc_node* node) {
   const lysc_type* const type = type_of(node);
   return type == nullptr ? Reach::nowhere : reach_of_values(node, type);
-}
-
-// A reference to the one leaf that stands in a certain place beside the reference, like that of a key to the leaf of
-// its name in `config`.
-struct Reference {
-  const lysc_node* common = nullptr;    // what both stand in; null when this is no such reference
-  std::vector<const lysc_node*> below;  // from there to the target
-
-  bool holds(const lyd_node* leaf) const {
-    const lyd_node* node = leaf;
-    while (node != nullptr && node->schema != common) node = lyd_parent(node);
-    for (const lysc_node* const step : below) {
-      const lyd_node* child = node == nullptr ? nullptr : lyd_child(node);
-      while (child != nullptr && child->schema != step) child = child->next;
-      node = child;
-    }
-    return node != nullptr && std::strcmp(lyd_get_value(node), lyd_get_value(leaf)) == 0;
-  }
-};
-
-Reference reference_of(const lysc_node* node) {
-  const lysc_type* const type = type_of(node);
-  if (type == nullptr || type->basetype != LY_TYPE_LEAFREF) return {};
-  const auto* const leafref = reinterpret_cast<const lysc_type_leafref*>(type);
-  const std::string_view path = lyxp_get_expr(leafref->path);
-  if (!path.starts_with("../") || path.find('[') != std::string_view::npos) return {};
-  Reference reference;
-  const lysc_node* target = nullptr;
-  for (const lysc_node* const atom : atoms_of(node, node, leafref->path, leafref->prefixes)) {
-    if (is_term(atom) && atom != node) target = atom;
-  }
-  for (const lysc_node* step = target; step != nullptr; step = step->parent) {
-    const lysc_node* above = node->parent;
-    while (above != nullptr && above != step) above = above->parent;
-    if (above != nullptr) {
-      reference.common = above;
-      std::reverse(reference.below.begin(), reference.below.end());
-      return reference;
-    }
-    // There may be several of one that stands in a list.
-    const bool is_one = step == target ? step->nodetype == LYS_LEAF : step->nodetype == LYS_CONTAINER;
-    if (!is_one) return {};
-    reference.below.push_back(step);
-  }
-  return {};
 }
 
 // How many instances there may be.
@@ -214,6 +199,15 @@ struct Instances {
     for (; next != nullptr && next->schema == first->schema; next = next->next) ++count;
   }
 
+  // Defaults beside values that somebody set.
+  bool has_outdated() const {
+    if (count < 2 || first->schema->nodetype != LYS_LEAFLIST) return false;
+    for (const lyd_node* node = first; node != next; node = node->next) {
+      if (((node->flags ^ first->flags) & LYD_DEFAULT) != 0) return true;
+    }
+    return false;
+  }
+
   // Two entries with one identity, or two nodes of which there may be one.
   bool has_equal() const {
     if (count < 2) return false;
@@ -235,10 +229,12 @@ struct Instances {
 }  // namespace
 
 struct Validator::Judged {
-  Reach reach;          // of a node of this schema
-  Wanted wanted;        // children whose absence may be wrong
-  Reference reference;  // of its value
-  Reach unheld;         // where the reference does not hold
+  Reach reach;    // of a node of this schema
+  Wanted wanted;  // children whose absence may be wrong
+  Place target;   // of its value that is a reference
+  Reach unheld;   // where that is another
+  std::vector<Condition> conditions;
+  Reach unmet;  // where they do not hold
 };
 
 Validator::Validator() = default;
@@ -247,19 +243,26 @@ Validator::~Validator() = default;
 const Validator::Judged& Validator::judged(const lysc_node* node) {
   const auto known = judged_.find(node);
   if (known != judged_.end()) return *known->second;
-  Reference reference = reference_of(node);
   const Reach value = reach_of_values(node);
-  const Reach unheld = reference.common == nullptr ? Reach::nowhere : value;
-  Reach reach = farther(reach_of_conditions(node), reach_of_musts(node));
-  if (reference.common == nullptr) reach = farther(reach, value);
+  // Beyond its entry there is another leaf for each part of the data.
+  Place target = value == Reach::beyond && outermost_list(node) != nullptr ? Place() : target_of(node);
+  const Reach unheld = target.common == nullptr ? Reach::nowhere : value;
+  // The containers of an entry keep what theirs depend on only together.
+  const Reach condition = reach_of_conditions(node);
+  std::vector<Condition> conditions = condition == Reach::entry ? conditions_of(node) : std::vector<Condition>();
+  const Reach unmet = conditions.empty() ? Reach::nowhere : condition;
+  Reach reach = farther(reach_of_musts(node), reach_of_extensions(node));
+  if (conditions.empty()) reach = farther(reach, condition);
+  if (target.common == nullptr) reach = farther(reach, value);
+  if ((node->nodetype & (LYS_RPC | LYS_ACTION | LYS_NOTIF)) != 0) reach = Reach::beyond;
   // What stands in a choice may have to give way to what stands in another case of it, and has its conditions.
   for (const lysc_node* above = node->parent; above != nullptr; above = above->parent) {
     if ((above->nodetype & (LYS_CHOICE | LYS_CASE)) == 0) break;
     reach = farther(reach, farther(reach_of_siblings(node), reach_of_conditions(above)));
   }
   if (is_state(node) || has_unique(node)) reach = farther(reach, reach_of_siblings(node));
-  auto made =
-      std::make_unique<Judged>(Judged{reach, wanted_among(lysc_node_child(node)), std::move(reference), unheld});
+  auto made = std::make_unique<Judged>(
+      Judged{reach, wanted_among(lysc_node_child(node)), std::move(target), unheld, std::move(conditions), unmet});
   return *judged_.emplace(node, std::move(made)).first->second;
 }
 
@@ -277,7 +280,8 @@ Validator::Wanted Validator::wanted_among(const lysc_node* first) {
 Reach Validator::reach_when_absent(const lysc_node* node) {
   if (is_state(node)) return Reach::nowhere;
   Reach reach = Reach::nowhere;
-  if ((node->flags & LYS_MAND_TRUE) != 0 || bounds_of(node).least > 0) reach = reach_of_siblings(node);
+  // As what needs entries is, too.
+  if ((node->flags & LYS_MAND_TRUE) != 0) reach = reach_of_siblings(node);
   bool is_in_force = false;
   bool holds_others = false;
   switch (node->nodetype) {
@@ -297,8 +301,10 @@ Reach Validator::reach_when_absent(const lysc_node* node) {
     default:
       break;
   }
-  if (!is_in_force) return reach;
-  reach = farther(reach, farther(reach_of_musts(node), reach_of_values(node)));
+  if (is_in_force) {
+    reach = farther(farther(reach, reach_of_extensions(node)), farther(reach_of_musts(node), reach_of_values(node)));
+    reach = farther(reach, reach_of_doubtful_conditions(node));
+  }
   if (holds_others) {
     for (const auto& [child, wanted] : wanted_among(lysc_node_child(node))) reach = farther(reach, wanted);
   }
@@ -307,6 +313,21 @@ Reach Validator::reach_when_absent(const lysc_node* node) {
 }
 
 namespace {
+
+// Of what belongs to a node but is not in the models.
+Reach reach_beside_models(const lyd_node* node) {
+  if ((node->flags & LYD_EXT) != 0) return Reach::beyond;
+  const lyd_meta* meta = nullptr;
+  LY_LIST_FOR(node->meta, meta) {
+    LY_ARRAY_COUNT_TYPE i = 0;
+    LY_ARRAY_FOR(meta->annotation->substmts, i) {
+      const lysc_ext_substmt& statement = meta->annotation->substmts[i];
+      if (statement.stmt != LY_STMT_TYPE || statement.storage == nullptr) continue;
+      if ((*static_cast<lysc_type* const*>(statement.storage))->plugin->validate != nullptr) return Reach::beyond;
+    }
+  }
+  return Reach::nowhere;
+}
 
 bool has_child(const lyd_node* siblings, const lysc_node* schema) {
   const lyd_node* child = nullptr;
@@ -318,19 +339,30 @@ bool has_child(const lyd_node* siblings, const lysc_node* schema) {
 
 }  // namespace
 
-Reach Validator::reach_below(const lyd_node* siblings) {
+Reach Validator::reach_below(lyd_node* siblings) {
   Reach reach = Reach::nowhere;
-  const lyd_node* node = siblings;
+  lyd_node* node = siblings;
   while (node != nullptr && reach != Reach::beyond) {
     // What the models do not know is for libyang to judge.
     if (node->schema == nullptr) return Reach::beyond;
     const Instances instances(node);
     const Judged& schema = judged(node->schema);
     reach = farther(reach, schema.reach);
-    if (!instances.is_in_bounds() || instances.has_equal()) reach = farther(reach, reach_of_siblings(node->schema));
+    if (!instances.is_in_bounds() || instances.has_equal() || instances.has_outdated()) {
+      reach = farther(reach, reach_of_siblings(node->schema));
+    }
     for (; node != instances.next; node = node->next) {
-      const lyd_node* const children = lyd_child(node);
-      if (schema.unheld > reach && !schema.reference.holds(node)) reach = schema.unheld;
+      if (schema.unmet != Reach::nowhere) {
+        if (hold(schema.conditions, node)) {
+          met_.push_back(node);
+        } else {
+          reach = farther(reach, schema.unmet);
+        }
+      }
+      // What extensions know of, and annotations that refer to something.
+      if (node->meta != nullptr || (node->flags & LYD_EXT) != 0) reach = farther(reach, reach_beside_models(node));
+      lyd_node* const children = lyd_child(node);
+      if (schema.unheld > reach && !holds(schema.target, node)) reach = schema.unheld;
       for (const auto& [child, wanted] : schema.wanted) {
         if (wanted > reach && !has_child(children, child)) reach = wanted;
       }
@@ -340,7 +372,8 @@ Reach Validator::reach_below(const lyd_node* siblings) {
   return reach;
 }
 
-Reach Validator::reach(const lyd_node* siblings) {
+Reach Validator::reach(lyd_node* siblings) {
+  met_.clear();
   Reach reach = Reach::nowhere;
   const lyd_node* node = nullptr;
   LY_LIST_FOR(siblings, node) {
@@ -354,7 +387,23 @@ Reach Validator::reach(const lyd_node* siblings) {
       if (!has_child(siblings, child)) reach = farther(reach, wanted);
     }
   }
-  return farther(reach, reach_below(siblings));
+  reach = farther(reach, reach_below(siblings));
+  // As libyang would: once a condition has held, its node goes with it instead of being refused.
+  if (reach == Reach::nowhere) {
+    for (lyd_node* const met : met_) met->flags |= LYD_WHEN_TRUE;
+  }
+  return reach == Reach::entry && wants_beside_lists(siblings) ? Reach::beyond : reach;
+}
+
+// Entries alone lack what else there is around them.
+bool Validator::wants_beside_lists(const lyd_node* siblings) {
+  const lyd_node* node = nullptr;
+  LY_LIST_FOR(siblings, node) {
+    if (node->parent == nullptr && !wanted_at_top_.at(node->schema->module).empty()) return true;
+    if (is_list(node->schema)) continue;
+    if (!judged(node->schema).wanted.empty() || wants_beside_lists(lyd_child(node))) return true;
+  }
+  return false;
 }
 
 Reach Validator::reach_of_schema(const lysc_node* first) {
@@ -363,8 +412,9 @@ Reach Validator::reach_of_schema(const lysc_node* first) {
   LY_LIST_FOR(first, node) {
     if (is_state(node)) continue;
     if ((node->nodetype & (LYS_CHOICE | LYS_CASE)) == 0) {
-      reach = farther(reach, farther(judged(node).reach, judged(node).unheld));
+      reach = farther(reach, farther(judged(node).reach, farther(judged(node).unheld, judged(node).unmet)));
     }
+    if (bounds_of(node).most != UINT32_MAX) reach = farther(reach, reach_of_siblings(node));
     reach = farther(reach, farther(reach_when_absent(node), reach_of_schema(lysc_node_child(node))));
   }
   return reach;

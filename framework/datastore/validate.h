@@ -36,8 +36,9 @@ class Validator {
   // stay as they are; others get the model's defaults, and lose nodes whose condition no longer holds.
   bool validate(Data& data);
 
-  // How far validation of these nodes and their siblings, which stand at the top, has to look.
-  Reach reach(const lyd_node* siblings);
+  // How far validation of these nodes and their siblings, which stand at the top, has to look. Where it is nowhere,
+  // nodes are marked whose condition was seen to hold.
+  Reach reach(lyd_node* siblings);
 
   // How far configuration of these modules may ever make validation look.
   Reach reach(const std::vector<const lys_module*>& modules);
@@ -49,11 +50,13 @@ class Validator {
   const Judged& judged(const lysc_node* node);
   Wanted wanted_among(const lysc_node* first);
   Reach reach_when_absent(const lysc_node* node);
-  Reach reach_below(const lyd_node* siblings);
+  Reach reach_below(lyd_node* siblings);
+  bool wants_beside_lists(const lyd_node* siblings);
   Reach reach_of_schema(const lysc_node* first);
 
   std::unordered_map<const lysc_node*, std::unique_ptr<Judged>> judged_;
   std::unordered_map<const lys_module*, Wanted> wanted_at_top_;
+  std::vector<lyd_node*> met_;  // whose condition holds
 };
 
 }  // namespace yfw

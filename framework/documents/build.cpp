@@ -20,17 +20,16 @@ namespace {
 
 constexpr char kXmlNs[] = "http://www.w3.org/XML/1998/namespace";
 
-// What tells a new node from others of its kind below one parent: its value, its keys, or nothing.
-std::string identity_of(const lyd_node* made, const lysc_node* schema) {
-  if (schema->nodetype == LYS_LEAFLIST) return lyd_get_value(made);
-  std::string keys;
-  const lyd_node* key = nullptr;
-  LY_LIST_FOR(schema->nodetype == LYS_LIST ? lyd_child(made) : nullptr, key) {
-    keys += lyd_get_value(key);
-    // No value holds this.
-    keys += '\0';
+Identity identity_of(const lyd_node* made, const lysc_node* schema) {
+  Identity identity{};
+  if (schema->nodetype == LYS_LEAFLIST) {
+    identity.front() = lyd_get_value(made);
+    return identity;
   }
-  return keys;
+  const lyd_node* key = lyd_child(made);
+  // Entries have no more keys, and nothing else yet.
+  for (std::size_t i = 0; key != nullptr && i < identity.size(); key = key->next, ++i) identity[i] = lyd_get_value(key);
+  return identity;
 }
 
 bool is_keyless(const lysc_node* schema) {
@@ -50,8 +49,20 @@ bool Seen::add(const lysc_node* once) {
   return true;
 }
 
-std::size_t Seen::count(const lysc_node* list, const std::string& identity) {
-  return ++entries_[list][identity];
+std::size_t Seen::Hash::operator()(const Entry& entry) const {
+  return hash_of(entry.list, entry.identity[0], entry.identity[1], entry.identity[2], entry.identity[3]);
+}
+
+std::size_t Seen::count(const lysc_node* list, const Identity& identity) {
+  return ++entries_[{list, identity}];
+}
+
+TreeBuilder::TreeBuilder(ly_ctx* models, Format format, Purpose purpose, EditDocument& result)
+    : resolver_(models, format),
+      purpose_(purpose),
+      result_(result),
+      search_(purpose == Purpose::edit ? Envelope::edit : Envelope::data) {
+  ly_err_clean(models, nullptr);
 }
 
 std::string TreeBuilder::path(const Position& at, const lysc_node* schema) {
@@ -80,7 +91,7 @@ void TreeBuilder::refuse_attribute(const Position& at, const lysc_node* schema, 
                  .bad_attribute = attribute.name});
 }
 
-void TreeBuilder::check_alone(const Position& at, lyd_node* made, const lysc_node* schema) {
+void TreeBuilder::check_alone(Position& at, lyd_node* made, const lysc_node* schema) {
   const bool is_entry = (schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0;
   if (may_repeat(schema)) return;
   if (is_entry ? at.seen.count(schema, identity_of(made, schema)) == 1 : at.seen.add(schema)) return;
@@ -98,30 +109,95 @@ lyd_node* TreeBuilder::attach(const Position& at, lyd_node* made) {
   return made;
 }
 
-void TreeBuilder::build(const Element& content, Operation outer) {
-  build_children(nullptr, outer, content);
+bool TreeBuilder::begins_in(const Element& parent, const Element& child) {
+  if (content_ != nullptr || !search_.is_content(parent, child)) return false;
+  found(parent);
+  open_.push_back({&parent, Position{nullptr, Operation::merge}});
+  return true;
 }
 
-void TreeBuilder::build_children(lyd_node* parent, Operation outer, const Element& element) {
-  Seen seen;
-  const Position at{parent, outer, seen};
-  for (const Element* child = element.first; child != nullptr; child = child->next) {
-    if (child->foreign != nullptr && foreign_ != nullptr) {
-      build_foreign(at, *child);
-      continue;
-    }
-    if (purpose_ != Purpose::state) {
-      build_node(at, *child);
-      continue;
-    }
-    try {
-      build_node(at, *child);
-    } catch (const Refused& refused) {
-      ly_err_clean(resolver_.models(), nullptr);
-      const RpcError& error = refused.error();
-      result_.warnings.push_back({error.path, fmt::format("left out: {}", error.message)});
-    }
+void TreeBuilder::found(const Element& content) {
+  content_ = &content;
+  is_bare_xml_ = resolver_.format() == Format::xml && *content.name == '\0';
+}
+
+bool TreeBuilder::goes_on_in(const Element& parent) {
+  std::optional<Position>& outer = open_.back().position;
+  std::optional<Position> made;
+  if (outer.has_value() && !refused_.has_value()) {
+    const lysc_node* const schema = resolver_.find(outer->schema(), parent);
+    if (schema == nullptr || !is_complete_enough(schema, parent)) return false;
+    attempt([&] { made = make_node(*outer, parent); });
+    if (made.has_value()) build_children(*made, parent);
   }
+  open_.push_back({&parent, std::move(made)});
+  return true;
+}
+
+bool TreeBuilder::is_complete_enough(const lysc_node* schema, const Element& element) {
+  if (schema->nodetype == LYS_CONTAINER) return true;
+  const lysc_node* const key = schema->nodetype == LYS_LIST ? lysc_node_child(schema) : nullptr;
+  const bool has_one_key = key != nullptr && lysc_is_key(key) && (key->next == nullptr || !lysc_is_key(key->next));
+  return has_one_key && find_key(key, element) != nullptr;
+}
+
+void TreeBuilder::take(const Element& element) {
+  if (open_.back().element == &element) return open_.pop_back();
+  std::optional<Position>& at = open_.back().position;
+  if (at.has_value()) build_child(*at, element);
+}
+
+void TreeBuilder::finish(const Element& content) {
+  // Rarely, the end of a document tells what its beginning is.
+  if (content_ != nullptr && content_ != &content) restart();
+  found(content);
+  Position top{nullptr, Operation::merge};
+  build_children(top, content);
+  if (refused_.has_value()) throw Refused(refused_->error);
+}
+
+void TreeBuilder::restart() {
+  result_.tree.reset();
+  result_.warnings.clear();
+  result_.value_namespaces.clear();
+  if (foreign_ != nullptr) foreign_->clear();
+  left_attributes_ = {};
+  attached_ = nullptr;
+  refused_.reset();
+}
+
+template <typename Step>
+bool TreeBuilder::attempt(const Step& step) {
+  if (refused_.has_value()) return false;
+  try {
+    step();
+    return true;
+  } catch (const Refused& refused) {
+    const RpcError& error = refused.error();
+    if (purpose_ == Purpose::state) {
+      ly_err_clean(resolver_.models(), nullptr);
+      result_.warnings.push_back({error.path, fmt::format("left out: {}", error.message)});
+    } else {
+      refused_ = {error, judged_->line};
+    }
+    return false;
+  }
+}
+
+void TreeBuilder::build_children(Position& at, const Element& element) {
+  for (const Element* child = element.first; child != nullptr; child = child->next) build_child(at, *child);
+}
+
+void TreeBuilder::build_child(Position& at, const Element& element) {
+  // A root element of another model is another document. JSON has no such root.
+  const bool is_root = at.parent == nullptr && is_bare_xml_;
+  if (element.foreign != nullptr && foreign_ != nullptr && !is_root) {
+    if (!refused_.has_value()) build_foreign(at, element);
+    return;
+  }
+  std::optional<Position> made;
+  attempt([&] { made = make_node(at, element); });
+  if (made.has_value()) build_children(*made, element);
 }
 
 void TreeBuilder::build_foreign(const Position& at, const Element& element) {
@@ -131,27 +207,26 @@ void TreeBuilder::build_foreign(const Position& at, const Element& element) {
   foreign_->emplace_back(element.ns, element.name, element.foreign, at.parent, before);
 }
 
-void TreeBuilder::build_node(const Position& at, const Element& element) {
+std::optional<TreeBuilder::Position> TreeBuilder::make_node(Position& at, const Element& element) {
   judged_ = &element;
-  const lysc_node* const parent = at.schema();
-  const lysc_node* const schema = resolver_.resolve(parent, element, at.parent);
+  ++judged_count_;
+  const lysc_node* const schema = resolver_.resolve(at.schema(), element, at.parent);
   if (element.is_repeated) refuse(at, schema, "bad-element", fmt::format("'{}' stands here twice", schema->name));
   // The keys made the entry; they are not built again.
-  if (lysc_is_key(schema)) return check_key(at, element);
+  if (lysc_is_key(schema)) {
+    check_key(at, element);
+    return std::nullopt;
+  }
   if (purpose_ != Purpose::state && (schema->flags & LYS_CONFIG_R) != 0) {
     refuse(at, schema, "invalid-value",
            fmt::format("'{}' is state (config false) and cannot be configured", schema->name));
   }
   check_shape(at, schema, element);
-  if (element.kind == Kind::no_entries) return;
-  switch (schema->nodetype) {
-    case LYS_CONTAINER:
-      return build_container(at, schema, element);
-    case LYS_LIST:
-      return build_entry(at, schema, element);
-    default:
-      return build_leaf(at, schema, element);
-  }
+  if (element.kind == Kind::no_entries) return std::nullopt;
+  if (schema->nodetype == LYS_CONTAINER) return make_container(at, schema, element);
+  if (schema->nodetype == LYS_LIST) return make_entry(at, schema, element);
+  build_leaf(at, schema, element);
+  return std::nullopt;
 }
 
 void TreeBuilder::check_shape(const Position& at, const lysc_node* schema, const Element& element) {
@@ -159,7 +234,7 @@ void TreeBuilder::check_shape(const Position& at, const lysc_node* schema, const
   if (!inner && element.first != nullptr) {
     refuse(at, schema, "bad-element", fmt::format("'{}' holds a value, not elements", schema->name));
   }
-  if (resolver_.source().format() == Format::xml) {
+  if (resolver_.format() == Format::xml) {
     if (inner && !element.is_blank()) {
       refuse(at, schema, "bad-element",
              fmt::format("'{}' holds elements, not the text {}", schema->name, quoted(element.value)));
@@ -185,8 +260,8 @@ void TreeBuilder::check_shape(const Position& at, const lysc_node* schema, const
 
 void TreeBuilder::leave_attribute(const Position& at, const lysc_node* schema, const Attribute& attribute) {
   // The attributes of an element come with the last one first.
-  if (left_attributes_.count++ != 0 && left_attributes_.element != judged_) return;
-  left_attributes_ = {left_attributes_.count, judged_, path(at, schema), attribute.name};
+  if (left_attributes_.count++ != 0 && left_attributes_.judged != judged_count_) return;
+  left_attributes_ = {left_attributes_.count, judged_count_, path(at, schema), attribute.name};
 }
 
 std::optional<Operation> TreeBuilder::own_operation(const Position& at, const lysc_node* schema,
@@ -231,7 +306,7 @@ std::optional<Operation> TreeBuilder::own_operation(const Position& at, const ly
   return own;
 }
 
-void TreeBuilder::build_container(const Position& at, const lysc_node* schema, const Element& element) {
+TreeBuilder::Position TreeBuilder::make_container(Position& at, const lysc_node* schema, const Element& element) {
   const std::optional<Operation> own = own_operation(at, schema, element);
   const Operation effective = own.value_or(at.outer);
   lyd_node* node = nullptr;
@@ -241,7 +316,7 @@ void TreeBuilder::build_container(const Position& at, const lysc_node* schema, c
   attach(at, node);
   check_alone(at, node, schema);
   if (own.has_value()) set_operation(node, *own);
-  build_children(node, passed_down(effective), element);
+  return {node, passed_down(effective)};
 }
 
 const Element* TreeBuilder::find_key(const lysc_node* key, const Element& entry) {
@@ -254,10 +329,9 @@ const Element* TreeBuilder::find_key(const lysc_node* key, const Element& entry)
   return nullptr;
 }
 
-void TreeBuilder::build_entry(const Position& at, const lysc_node* schema, const Element& element) {
+TreeBuilder::Position TreeBuilder::make_entry(Position& at, const lysc_node* schema, const Element& element) {
   const std::optional<Operation> own = own_operation(at, schema, element);
   const Operation effective = own.value_or(at.outer);
-  constexpr std::size_t kMostKeys = 4;
   std::array<const char*, kMostKeys> keys{};
   std::size_t count = 0;
   for (const lysc_node* key = lysc_node_child(schema); key != nullptr && lysc_is_key(key); key = key->next) {
@@ -273,7 +347,7 @@ void TreeBuilder::build_entry(const Position& at, const lysc_node* schema, const
     }
     keys[count++] = given->value;
   }
-  if (is_keyless(schema) && at.seen.count(schema, "") > kMostAlike) {
+  if (is_keyless(schema) && at.seen.count(schema, {}) > kMostAlike) {
     refuse(at, schema, "bad-element",
            fmt::format("more than {} entries of '{}' stand here without a key", kMostAlike, schema->name));
   }
@@ -299,10 +373,10 @@ void TreeBuilder::build_entry(const Position& at, const lysc_node* schema, const
   attach(at, node);
   check_alone(at, node, schema);
   if (own.has_value()) set_operation(node, *own);
-  build_children(node, passed_down(effective), element);
+  return {node, passed_down(effective)};
 }
 
-void TreeBuilder::check_key(const Position& at, const Element& key) {
+void TreeBuilder::check_key(Position& at, const Element& key) {
   lyd_node* made = lyd_child(at.parent);
   while (std::strcmp(LYD_NAME(made), key.name) != 0) made = made->next;
   check_shape(at, made->schema, key);

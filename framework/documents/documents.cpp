@@ -44,12 +44,15 @@ void check_models(const Source& source, const Data& tree, const char* module, co
   }
 }
 
-void build(TreeBuilder& builder, ly_ctx* models, const Source& source) {
-  ly_err_clean(models, nullptr);
+// What data that are not an edit must be.
+void finish(TreeBuilder& builder, const Source& source) {
+  bool in_envelope = true;
   try {
-    builder.build(*find_payload(source, Envelope::data).content, Operation::merge);
+    const Payload payload = find_payload(source, Envelope::data);
+    in_envelope = false;
+    builder.finish(*payload.content);
   } catch (const Refused& refused) {
-    unreadable(source, builder.line(), refused.error());
+    unreadable(source, in_envelope ? 1 : builder.line(), refused.error());
   }
 }
 
@@ -74,24 +77,22 @@ void validate(ly_ctx* models, const Source& source, Data& tree) {
 }  // namespace
 
 EditDocument parse_edit(ly_ctx* ctx, const Document& document, Operation default_operation) {
-  const Source source(document);
-  const Payload payload = find_payload(source, Envelope::edit);
   EditDocument result;
+  TreeBuilder builder(ctx, document.format, TreeBuilder::Purpose::edit, result);
+  const Source source(document, {}, &builder);
+  const Payload payload = find_payload(source, Envelope::edit);
+  builder.finish(*payload.content);
   result.default_operation = payload.default_operation.value_or(default_operation);
-  ly_err_clean(ctx, nullptr);
-  TreeBuilder(ctx, source, TreeBuilder::Purpose::edit, result).build(*payload.content, result.default_operation);
   return result;
 }
 
 RunningDocument parse_running(const Models& models, const Document& document) {
-  const Source source(document, unloaded(models.get(), document.format));
   EditDocument built;
   std::vector<ForeignSubtree> foreign;
-  TreeBuilder builder(models.get(), source, TreeBuilder::Purpose::configuration, built);
-  // A root element of another model is another document. JSON has no such root.
-  const bool is_other = document.format == Format::xml && source.top().first->foreign != nullptr;
-  if (!is_other) builder.keep_foreign(foreign);
-  build(builder, models.get(), source);
+  TreeBuilder builder(models.get(), document.format, TreeBuilder::Purpose::configuration, built);
+  builder.keep_foreign(foreign);
+  const Source source(document, unloaded(models.get(), document.format), &builder);
+  finish(builder, source);
   check_models(source, built.tree, kNativeInterfaceModule,
                [&models](const lys_module* module) { return models.is_further(module); });
   validate(models.get(), source, built.tree);
@@ -106,10 +107,10 @@ RunningDocument parse_running(const Models& models, const Document& document) {
 }
 
 Data parse_operational(ly_ctx* ctx, const Document& document, std::vector<Warning>* warnings) {
-  const Source source(document);
   EditDocument result;
-  TreeBuilder builder(ctx, source, TreeBuilder::Purpose::state, result);
-  build(builder, ctx, source);
+  TreeBuilder builder(ctx, document.format, TreeBuilder::Purpose::state, result);
+  const Source source(document, {}, &builder);
+  finish(builder, source);
   check_models(source, result.tree, kNativeOperModule, [](const lys_module*) { return false; });
   if (result.tree.empty() && !result.warnings.empty()) {
     throw Unreadable(fmt::format("{}: nothing in it can be used: {}", source.name(), result.warnings.front().message));
@@ -132,10 +133,19 @@ std::optional<bool> holds_edit(const Element& element) {
   return std::nullopt;
 }
 
+// Holds on to what stands around data only.
+class Around : public Taker {
+ public:
+  bool begins_in(const Element& parent, const Element&) override { return !is_netconf(parent.ns); }
+  bool goes_on_in(const Element&) override { return false; }
+  void take(const Element&) override {}
+};
+
 }  // namespace
 
 bool is_edit(ly_ctx* ctx, const Document& document) {
-  return holds_edit(Source(document, unloaded(ctx, document.format)).top()).value_or(false);
+  Around around;
+  return holds_edit(Source(document, unloaded(ctx, document.format), &around).top()).value_or(false);
 }
 
 }  // namespace yfw

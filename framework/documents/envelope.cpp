@@ -24,9 +24,14 @@ enum class Role : std::uint8_t {
   default_operation,  // says what happens to nodes without an operation
 };
 
-constexpr unsigned kEdit = 1U << static_cast<unsigned>(Envelope::edit);
-constexpr unsigned kData = 1U << static_cast<unsigned>(Envelope::data);
-constexpr unsigned kFilter = 1U << static_cast<unsigned>(Envelope::filter);
+constexpr unsigned bit_of(Envelope wanted) {
+  return 1U << static_cast<unsigned>(wanted);
+}
+
+constexpr unsigned kEdit = bit_of(Envelope::edit);
+constexpr unsigned kData = bit_of(Envelope::data);
+constexpr unsigned kFilter = bit_of(Envelope::filter);
+constexpr unsigned kAny = kEdit | kData | kFilter;
 
 struct Known {
   const char* parent;  // "" at the top
@@ -98,7 +103,7 @@ void check_attributes(const Element& element, const std::string& path) {
 
 class Search {
  public:
-  Search(Envelope wanted) : where_(1U << static_cast<unsigned>(wanted)) {}
+  Search(Envelope wanted) : where_(bit_of(wanted)) {}
 
   Payload run(const Source& source) {
     const Element& top = source.top();
@@ -116,7 +121,7 @@ class Search {
  private:
   // A <get> where an edit is wanted is not data of an unknown model.
   static void refuse_other_envelopes(const Element* root, bool alone) {
-    if (!alone || !is_netconf(root->ns) || find_known("", root->name, kEdit | kData | kFilter) == nullptr) return;
+    if (!alone || !is_netconf(root->ns) || find_known("", root->name, kAny) == nullptr) return;
     refuse({.tag = "operation-not-supported",
             .path = fmt::format("/{}", root->name),
             .message = fmt::format("'{}' is not what is asked for here", root->name),
@@ -197,6 +202,21 @@ class Search {
 
 bool is_netconf(const char* ns) {
   return ns == nullptr || std::strcmp(ns, kNetconfNs) == 0 || std::strcmp(ns, kNetconfModule) == 0;
+}
+
+PayloadSearch::PayloadSearch(Envelope wanted) : where_(bit_of(wanted)) {}
+
+bool PayloadSearch::is_content(const Element& parent, const Element& child) {
+  const bool at_top = !is_begun_;
+  is_begun_ = true;
+  if (at_top && (!is_netconf(child.ns) || find_known("", child.name, kAny) == nullptr)) return true;
+  if (!at_top && &parent != inside_) return false;
+  if (inside_content_) return true;
+  const Known* const known = is_netconf(child.ns) ? find_known(at_top ? "" : parent.name, child.name, where_) : nullptr;
+  if (known == nullptr || (known->role != Role::wrapper && known->role != Role::content)) return false;
+  inside_ = &child;
+  inside_content_ = known->role == Role::content;
+  return false;
 }
 
 Payload find_payload(const Source& source, Envelope wanted) {

@@ -55,7 +55,7 @@ const lysc_node* find_by_name(const ly_ctx* models, const lysc_node* parent, std
 
 class FilterBuilder {
  public:
-  FilterBuilder(ly_ctx* models, const Source& source, Data& tree) : resolver_(models, source), tree_(tree) {}
+  FilterBuilder(ly_ctx* models, const Source& source, Data& tree) : resolver_(models, source.format()), tree_(tree) {}
 
   void build(lyd_node* parent, const lysc_node* parent_schema, const Element& element) {
     for (const Element* child = element.first; child != nullptr; child = child->next) {
@@ -98,8 +98,7 @@ class FilterBuilder {
     const std::string_view value = element.value;
     const std::size_t colon = value.find(':');
     const bool identity = is_term(schema) && real_type(schema)->basetype == LY_TYPE_IDENT;
-    if (!identity || colon == std::string_view::npos || resolver_.source().format() == Format::json)
-      return element.value;
+    if (!identity || colon == std::string_view::npos || resolver_.format() == Format::json) return element.value;
     const char* const ns = Source::bound(element, value.substr(0, colon));
     const lys_module* const module = ns == nullptr ? nullptr : resolver_.module_of(ns);
     return module == nullptr ? std::string(value) : fmt::format("{}:{}", module->name, value.substr(colon + 1));

@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <climits>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,35 @@ namespace yfw {
 
 namespace {
 
+// How deep the outermost objects are nested that hold an annotation, or a name that may be one. These come before or
+// after what they are about, so nothing in such an object is complete before its end.
+int first_annotated_depth(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  int first = INT_MAX;
+  int depth = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char c = text[at];
+    if (c == '{' || c == '[') ++depth;
+    if (c == '}' || c == ']') --depth;
+    if (c != '"') continue;
+    const std::size_t begin = at + 1;
+    bool may_annotate = text.substr(begin, 1) == "@";
+    for (at = begin; at < text.size() && text[at] != '"'; ++at) {
+      if (text[at] != '\\') continue;
+      may_annotate = true;
+      ++at;
+    }
+    if (!may_annotate || depth >= first) continue;
+    const std::size_t next = text.find_first_not_of(kBlanks, at + 1);
+    if (next != std::string_view::npos && text[next] == ':') first = depth;
+  }
+  return first;
+}
+
 class JsonReader {
  public:
-  JsonReader(Source& source, std::string_view text) : source_(source), text_(text) {}
+  JsonReader(Source& source, std::string_view text)
+      : source_(source), text_(text), annotated_depth_(first_annotated_depth(text)) {}
 
   void document(Element& top) {
     if (text_.starts_with("\xEF\xBB\xBF")) at_ = 3;
@@ -26,7 +53,7 @@ class JsonReader {
   }
 
  private:
-  // What an object holds under one name: one element, or the entries of an array.
+  // What an object holds under one name: one element, or the entries of an array; gone if they were taken.
   struct Member {
     const char* ns;
     const char* name;
@@ -203,22 +230,45 @@ class JsonReader {
     object(element);
   }
 
-  void array(Element& parent, const char* ns, std::string_view name, Element*& first) {
+  // What stands under one name of an object.
+  struct Named {
+    Element& parent;
+    const char* ns;
+    const char* name;
+    bool is_repeated;
+    bool may_be_taken;
+  };
+
+  Element* begin(const Named& named, int line) {
+    Element* const element = source_.begin(named.parent, named.name, named.ns, line, named.may_be_taken);
+    element->is_repeated = named.is_repeated;
+    return element;
+  }
+
+  Element* array(const Named& named) {
     const int line = line_;
+    Element* first = nullptr;
+    // Of the only entry the end of the array has something to say.
+    Element* last = nullptr;
+    bool is_only = true;
     sequence('[', ']', [&] {
-      Element* const entry = source_.add(parent, name, ns, line_);
-      if (first == nullptr) first = entry;
-      if (next() == '[') fail(fmt::format("'{}' holds an array in an array", name));
-      value(*entry);
-      entry->in_array = true;
+      is_only = last == nullptr;
+      if (last != nullptr) source_.end(*last);
+      last = begin(named, line_);
+      if (is_only) first = last;
+      if (next() == '[') fail(fmt::format("'{}' holds an array in an array", named.name));
+      last->in_array = true;
+      value(*last);
     });
-    if (first == nullptr) {
-      first = source_.add(parent, name, ns, line);
-      first->kind = Kind::no_entries;
-    } else if (first->kind == Kind::null && first->next == nullptr) {
-      first->kind = Kind::empty;
-      first->in_array = false;
+    if (last == nullptr) {
+      first = last = begin(named, line);
+      last->kind = Kind::no_entries;
+    } else if (is_only && last->kind == Kind::null) {
+      last->kind = Kind::empty;
+      last->in_array = false;
     }
+    source_.end(*last);
+    return first;
   }
 
   const Attribute* annotations() {
@@ -314,20 +364,21 @@ class JsonReader {
       bool is_repeated = false;
       for (const Member& other : members) is_repeated = is_repeated || (other.name == name && other.ns == ns);
       if (members.size() == kMostMembers) fail(fmt::format("an object has more than {} members", kMostMembers));
-      Member member{ns, name, nullptr};
-      if (foreign) {
-        // No model will judge it.
-        if (is_repeated) fail(fmt::format("the member '{}:{}' stands here twice", ns, name));
-        member.first = source_.add(element, name, ns, line);
-        member.first->foreign = source_.keep(text_.substr(begin, at_ - begin));
-      } else if (next() == '[') {
-        array(element, ns, name, member.first);
-      } else {
-        member.first = source_.add(element, name, ns, line_);
-        value(*member.first);
+      const Named named{element, ns, name, is_repeated, depth_ < annotated_depth_};
+      if (!foreign && next() == '[') {
+        members.push_back({ns, name, array(named)});
+        return;
       }
-      for (Element* each = member.first; is_repeated && each != nullptr; each = each->next) each->is_repeated = true;
-      members.push_back(member);
+      // No model will judge it.
+      if (foreign && is_repeated) fail(fmt::format("the member '{}:{}' stands here twice", ns, name));
+      Element* const member = this->begin(named, foreign ? line : line_);
+      if (foreign) {
+        member->foreign = source_.keep(text_.substr(begin, at_ - begin));
+      } else {
+        value(*member);
+      }
+      source_.end(*member);
+      members.push_back({ns, name, member});
     });
     if (said.size() + carried.size() > kMostMembers) {
       fail(fmt::format("an object has more than {} annotations", kMostMembers));
@@ -343,14 +394,14 @@ class JsonReader {
       member.first->foreign = source_.keep(fmt::format("{}, {}", member.first->foreign, said.text));
       return;
     }
-    Element* const alone = source_.add(parent, fmt::format("@{}", said.name), said.ns, said.line);
+    Element* const alone =
+        source_.begin(parent, source_.intern(fmt::format("@{}", said.name)), said.ns, said.line, false);
     alone->foreign = source_.keep(said.text);
   }
 
-  // Said twice, one of the two would be lost. What stands there twice itself is refused anyway.
+  // Said twice, one of the two would be lost.
   void put(Element& element, const Attribute* attributes, int line) {
-    const bool is_free = element.attributes == nullptr || element.is_repeated;
-    if (!is_free) source_.fail(line, fmt::format("'{}' is annotated twice", element.name));
+    if (element.attributes != nullptr) source_.fail(line, fmt::format("'{}' is annotated twice", element.name));
     element.attributes = attributes;
   }
 
@@ -359,7 +410,7 @@ class JsonReader {
     for (const Member& member : members) {
       if (member.name == said.name && member.ns == said.ns) entry = member.first;
     }
-    if (entry == nullptr) entry = source_.add(parent, said.name, said.ns, said.line);
+    if (entry == nullptr) entry = source_.begin(parent, said.name, said.ns, said.line, false);
     if (!said.is_array && entry->in_array) {
       source_.fail(said.line, fmt::format("'@{}' is about an array and has to be one", said.name));
     }
@@ -367,6 +418,8 @@ class JsonReader {
       if (entry == nullptr || entry->name != said.name || entry->ns != said.ns) {
         source_.fail(said.line, fmt::format("'@{}' has more entries than '{}'", said.name, said.name));
       }
+      // What stands there twice itself is refused anyway.
+      if (entry->is_repeated) entry->attributes = nullptr;
       if (attributes != nullptr) put(*entry, attributes, said.line);
       entry = entry->next;
     }
@@ -377,6 +430,7 @@ class JsonReader {
   std::size_t at_ = 0;
   int line_ = 1;
   int depth_ = 0;
+  int annotated_depth_;
 };
 
 }  // namespace

@@ -36,7 +36,7 @@ lyd_node* TreeBuilder::try_term(const Position& at, const lysc_node* schema, con
 BoundName TreeBuilder::bind(const Position& at, const lysc_node* schema, const Element& element) {
   const std::string_view value = element.value;
   const std::size_t colon = value.find(':');
-  const bool xml = resolver_.source().format() == Format::xml;
+  const bool xml = resolver_.format() == Format::xml;
   if (colon == std::string_view::npos) {
     const char* const around = xml ? Source::bound(element, "") : nullptr;
     const lys_module* const module = xml ? (around == nullptr ? nullptr : resolver_.module_of(around)) : schema->module;
@@ -100,7 +100,7 @@ void TreeBuilder::discard(lyd_node* node) {
 
 // Numbers, texts and booleans look different in JSON, and a wrong look is a wrong value.
 void TreeBuilder::check_writing(const Position& at, lyd_node* made, const Element& element) {
-  if (resolver_.source().format() != Format::json || made->schema == nullptr) return;
+  if (resolver_.format() != Format::json || made->schema == nullptr) return;
   const std::string_view wanted = wanted_in_json(reinterpret_cast<const lyd_node_term*>(made), element.kind);
   if (wanted.empty()) return;
   std::string_view written;
@@ -110,7 +110,7 @@ void TreeBuilder::check_writing(const Position& at, lyd_node* made, const Elemen
          fmt::format("'{}' is {}{}; JSON wants {} here", made->schema->name, written, quoted(element.value), wanted));
 }
 
-void TreeBuilder::build_leaf(const Position& at, const lysc_node* schema, const Element& element) {
+void TreeBuilder::build_leaf(Position& at, const lysc_node* schema, const Element& element) {
   const std::optional<Operation> own = own_operation(at, schema, element);
   const Operation effective = own.value_or(at.outer);
   lyd_node* const made =
@@ -130,7 +130,7 @@ lyd_node* TreeBuilder::make_removed(const Position& at, const lysc_node* schema)
 lyd_node* TreeBuilder::make_leaf(const Position& at, const lysc_node* schema, const Element& element) {
   const lysc_type* const type = real_type(schema);
   const bool unwritten = element.kind == Kind::null || element.kind == Kind::empty || element.kind == Kind::nothing;
-  if (unwritten && resolver_.source().format() == Format::json && type->basetype != LY_TYPE_EMPTY) {
+  if (unwritten && resolver_.format() == Format::json && type->basetype != LY_TYPE_EMPTY) {
     refuse(at, schema, "invalid-value",
            fmt::format("'{}' has no value; allowed: {}", schema->name, allowed_values(type)));
   }

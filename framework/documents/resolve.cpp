@@ -57,18 +57,31 @@ std::string children_of(const lysc_node* parent, const lys_module* module) {
 const lys_module* Resolver::module_of(const char* ns) {
   const auto known = modules_.find(ns);
   if (known != modules_.end()) return known->second;
-  const lys_module* const module = source_.format() == Format::xml ? ly_ctx_get_module_implemented_ns(models_, ns)
-                                                                   : ly_ctx_get_module_implemented(models_, ns);
+  const lys_module* const module = format_ == Format::xml ? ly_ctx_get_module_implemented_ns(models_, ns)
+                                                          : ly_ctx_get_module_implemented(models_, ns);
   modules_.emplace(ns, module);
   return module;
 }
 
+std::size_t Resolver::Hash::operator()(const Name& name) const {
+  return hash_of(name.parent, name.ns, name.name);
+}
+
+const lysc_node* Resolver::find(const lysc_node* parent, const Element& element) {
+  const auto [known, added] = known_.try_emplace({parent, element.ns, element.name});
+  if (added && element.ns != nullptr) {
+    const lys_module* const module = module_of(element.ns);
+    if (module != nullptr) known->second = child_in(parent, module, element.name);
+  }
+  return known->second;
+}
+
 const lysc_node* Resolver::resolve(const lysc_node* parent, const Element& element, const lyd_node* above) {
-  const lys_module* const module = element.ns == nullptr ? nullptr : module_of(element.ns);
-  const lysc_node* const found = module == nullptr ? nullptr : child_in(parent, module, element.name);
+  const lysc_node* const found = find(parent, element);
   if (found != nullptr) return found;
 
-  const bool xml = source_.format() == Format::xml;
+  const lys_module* const module = element.ns == nullptr ? nullptr : module_of(element.ns);
+  const bool xml = format_ == Format::xml;
   const std::string path = path_of(above);
   RpcError error{.tag = "unknown-namespace",
                  .path = fmt::format("{}/{}", path, element.name),

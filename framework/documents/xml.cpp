@@ -1,6 +1,7 @@
 // XML as it comes from outside: libxml2 reads it, without DTDs, entities of its own or anything from the network.
 #include <fmt/format.h>
 #include <libxml/SAX2.h>
+#include <libxml/dict.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
@@ -9,8 +10,10 @@
 #include <array>
 #include <cctype>
 #include <climits>
+#include <exception>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -29,6 +32,14 @@ std::string_view view(const xmlChar* text) {
   return text == nullptr ? "" : reinterpret_cast<const char*>(text);
 }
 
+// Names and namespaces are libxml2's: equal ones have equal addresses.
+const char* name_of(const xmlChar* text) {
+  return text == nullptr ? "" : reinterpret_cast<const char*>(text);
+}
+const char* namespace_of(const xmlChar* text) {
+  return reinterpret_cast<const char*>(text);
+}
+
 bool is_blank(std::string_view text) {
   return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
@@ -41,16 +52,13 @@ struct Tag {
 
 Tag scan_tag(std::string_view text, std::size_t at) {
   std::size_t attributes = 0;
-  while ((at = text.find_first_of("=\"'>", at)) != std::string_view::npos && text[at] != '>') {
-    if (text[at] == '=') {
-      ++attributes;
-    } else {
-      at = text.find(text[at], at + 1);
-      if (at == std::string_view::npos) break;
-    }
-    ++at;
+  for (; at < text.size(); ++at) {
+    const char c = text[at];
+    if (c == '>') return {at, attributes};
+    if (c == '=') ++attributes;
+    if (c == '"' || c == '\'') at = std::min(text.find(c, at + 1), text.size());
   }
-  return {at, attributes};
+  return {std::string_view::npos, attributes};
 }
 
 // libxml2 compares every attribute of an element with every other one before it tells of the element, so they are
@@ -63,9 +71,9 @@ void check_tags(const Source& source, std::string_view text) {
   constexpr std::array kOpaque = {Opaque{"<!--", "-->"}, Opaque{"<![CDATA[", "]]>"}, Opaque{"<?", "?>"}};
   std::size_t at = 0;
   while ((at = text.find('<', at)) != std::string_view::npos) {
-    const auto* const opaque = std::find_if(kOpaque.begin(), kOpaque.end(), [&](const Opaque& each) {
-      return text.substr(at, each.begin.size()) == each.begin;
-    });
+    const std::string_view rest = text.substr(at);
+    const auto* const opaque =
+        std::find_if(kOpaque.begin(), kOpaque.end(), [&](const Opaque& each) { return rest.starts_with(each.begin); });
     if (opaque != kOpaque.end()) {
       at = text.find(opaque->end, at + opaque->begin.size());
     } else {
@@ -86,12 +94,25 @@ bool keeps_ascii(std::string_view encoding) {
          name.starts_with("windows-125");
 }
 
-// What libxml2 calls while it reads. Nothing thrown may pass through it, so the first problem is kept and ends the run.
+// What libxml2 calls while it reads. Nothing thrown may pass through it, so the first problem is kept and ends the run,
+// and so does what others throw.
 class XmlReader {
  public:
   XmlReader(Source& source, xmlParserCtxt* parser) : source_(source), parser_(parser) {
     open_.push_back(const_cast<Element*>(&source.top()));
     scopes_.push_back(0);
+  }
+
+  // Calls a function of this.
+  template <typename Call>
+  void run(const Call& function) {
+    if (!problem_.empty() || thrown_ != nullptr) return;
+    try {
+      function(*this);
+    } catch (...) {
+      thrown_ = std::current_exception();
+      xmlStopParser(parser_);
+    }
   }
 
   // The encoding is what was declared, or recognised.
@@ -103,27 +124,24 @@ class XmlReader {
 
   void start(const xmlChar* name, const xmlChar* prefix, const xmlChar* ns, int scopes, const xmlChar** scope,
              int attributes, const xmlChar** attribute) {
-    if (!problem_.empty()) return;
     Element& parent = *open_.back();
     const std::size_t depth = open_.size() + (copy_.has_value() ? copy_->depth() : 0);
     if (depth > kDeepest) return stop(fmt::format("elements are nested more than {} deep", kDeepest));
     if (copy_.has_value()) return copy_start(name, prefix, scopes, scope, attributes, attribute);
     if (!is_blank(text_)) return stop(fmt::format("text stands beside elements in '{}'", parent.name));
     text_.clear();
-    if (ns != nullptr && source_.is_foreign(source_.intern(view(ns)))) {
-      foreign_ = source_.add(parent, view(name), source_.intern(view(ns)), line());
+    if (source_.is_foreign(namespace_of(ns))) {
+      foreign_ = source_.begin(parent, name_of(name), namespace_of(ns), line(), true);
       copy_.emplace();
       return copy_start(name, prefix, scopes, scope, attributes, attribute);
     }
-    Element* const element =
-        source_.add(parent, view(name), ns == nullptr ? nullptr : source_.intern(view(ns)), line());
+    Element* const element = source_.begin(parent, name_of(name), namespace_of(ns), line(), true);
     // Every look-up of a prefix goes through them.
     const std::size_t in_scope = scopes_.back() + static_cast<std::size_t>(scopes);
     if (in_scope > kMostScopes) return stop(fmt::format("more than {} namespaces are declared", kMostScopes));
     // Two pointers each: prefix and namespace.
     for (; scopes > 0; --scopes, scope += 2) {
-      element->scope =
-          source_.store(Scope{source_.intern(view(scope[0])), source_.intern(view(scope[1])), element->scope});
+      element->scope = source_.store(Scope{name_of(scope[0]), name_of(scope[1]), element->scope});
     }
     // Five pointers each: local name, prefix, namespace, begin and end of the value.
     for (; attributes > 0; --attributes, attribute += 5) {
@@ -135,7 +153,6 @@ class XmlReader {
   }
 
   void characters(const xmlChar* text, int size, bool is_cdata) {
-    if (!problem_.empty()) return;
     const std::string_view added(reinterpret_cast<const char*>(text), static_cast<std::size_t>(size));
     if (!copy_.has_value()) {
       text_ += added;
@@ -149,44 +166,47 @@ class XmlReader {
   }
 
   void comment(const xmlChar* text) {
-    if (problem_.empty() && copy_.has_value()) copy_->comment(view(text));
+    if (copy_.has_value()) copy_->comment(view(text));
   }
 
   void instruction(const xmlChar* target, const xmlChar* content) {
-    if (problem_.empty() && copy_.has_value()) copy_->instruction(view(target), view(content));
+    if (copy_.has_value()) copy_->instruction(view(target), view(content));
   }
 
   void end(const xmlChar* name, const xmlChar* prefix) {
-    if (!problem_.empty()) return;
     if (copy_.has_value()) {
       copy_->end(name, prefix);
       if (copy_->depth() > 0) return;
       foreign_->foreign = source_.keep(copy_->take(*open_.back()));
       copy_.reset();
+      source_.end(*foreign_);
       return;
     }
     Element& element = *open_.back();
-    if (element.first != nullptr && !is_blank(text_)) {
+    if (element.has_children && !is_blank(text_)) {
       return stop(fmt::format("text stands beside elements in '{}'", element.name));
     }
-    if (element.first == nullptr && !text_.empty()) {
+    if (!element.has_children && !text_.empty()) {
       element.kind = Kind::text;
       element.value = source_.keep(text_);
     }
     text_.clear();
     open_.pop_back();
     scopes_.pop_back();
+    source_.end(element);
   }
 
   void doctype() { stop("a DOCTYPE is not accepted"); }
 
   void complain(const xmlError& error) {
+    if (error.code == XML_ERR_NO_MEMORY) throw std::bad_alloc();
     if (error.level < XML_ERR_ERROR) return;
     std::string_view reason = error.message == nullptr ? "not well-formed" : error.message;
     stop(reason.substr(0, reason.find('\n')), error.line);
   }
 
   void report() const {
+    if (thrown_ != nullptr) std::rethrow_exception(thrown_);
     if (!problem_.empty()) source_.fail(line_, problem_);
   }
 
@@ -223,9 +243,8 @@ class XmlReader {
 
   void add_attribute(Element& element, const xmlChar** parts) {
     const std::string_view value = value_of(parts);
-    const char* const ns = parts[2] == nullptr ? nullptr : source_.intern(view(parts[2]));
     element.attributes =
-        source_.store(Attribute{ns, source_.intern(view(parts[0])), source_.keep(value), element.attributes});
+        source_.store(Attribute{namespace_of(parts[2]), name_of(parts[0]), source_.keep(value), element.attributes});
   }
 
   Source& source_;
@@ -237,32 +256,41 @@ class XmlReader {
   std::optional<XmlCopy> copy_;  // while a foreign subtree is read
   std::string problem_;
   int line_ = 0;
+  std::exception_ptr thrown_;
 };
 
-XmlReader& reader(void* user) {
-  return *static_cast<XmlReader*>(user);
+// Calls a function of the reader.
+template <typename Call>
+void call(void* user, const Call& function) {
+  static_cast<XmlReader*>(user)->run(function);
 }
 
 xmlSAXHandler callbacks() {
   xmlSAXHandler sax{};
   sax.initialized = XML_SAX2_MAGIC;
-  sax.startDocument = [](void* user) { reader(user).begin(); };
+  sax.startDocument = [](void* user) { call(user, [](XmlReader& reader) { reader.begin(); }); };
   sax.startElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar* ns, int scopes,
                           const xmlChar** scope, int attributes, int, const xmlChar** attribute) {
-    reader(user).start(name, prefix, ns, scopes, scope, attributes, attribute);
+    call(user, [&](XmlReader& reader) { reader.start(name, prefix, ns, scopes, scope, attributes, attribute); });
   };
   sax.endElementNs = [](void* user, const xmlChar* name, const xmlChar* prefix, const xmlChar*) {
-    reader(user).end(name, prefix);
+    call(user, [&](XmlReader& reader) { reader.end(name, prefix); });
   };
-  sax.characters = [](void* user, const xmlChar* text, int size) { reader(user).characters(text, size, false); };
+  sax.characters = [](void* user, const xmlChar* text, int size) {
+    call(user, [&](XmlReader& reader) { reader.characters(text, size, false); });
+  };
   sax.ignorableWhitespace = sax.characters;
-  sax.cdataBlock = [](void* user, const xmlChar* text, int size) { reader(user).characters(text, size, true); };
-  sax.comment = [](void* user, const xmlChar* text) { reader(user).comment(text); };
-  sax.processingInstruction = [](void* user, const xmlChar* target, const xmlChar* content) {
-    reader(user).instruction(target, content);
+  sax.cdataBlock = [](void* user, const xmlChar* text, int size) {
+    call(user, [&](XmlReader& reader) { reader.characters(text, size, true); });
   };
-  sax.internalSubset = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*) { reader(user).doctype(); };
-  sax.serror = [](void* user, xmlErrorPtr error) { reader(user).complain(*error); };
+  sax.comment = [](void* user, const xmlChar* text) { call(user, [&](XmlReader& reader) { reader.comment(text); }); };
+  sax.processingInstruction = [](void* user, const xmlChar* target, const xmlChar* content) {
+    call(user, [&](XmlReader& reader) { reader.instruction(target, content); });
+  };
+  sax.internalSubset = [](void* user, const xmlChar*, const xmlChar*, const xmlChar*) {
+    call(user, [](XmlReader& reader) { reader.doctype(); });
+  };
+  sax.serror = [](void* user, xmlErrorPtr error) { call(user, [&](XmlReader& reader) { reader.complain(*error); }); };
   return sax;
 }
 
@@ -278,7 +306,9 @@ void Source::read_xml(std::string_view text) {
   check_tags(*this, text);
   const std::unique_ptr<xmlParserCtxt, void (*)(xmlParserCtxt*)> parser(
       xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size())), xmlFreeParserCtxt);
-  if (parser == nullptr) fail(1, "the document cannot be read");
+  if (parser == nullptr) throw std::bad_alloc();
+  xmlDictReference(parser->dict);
+  names_owner_ = {parser->dict, [](void* names) { xmlDictFree(static_cast<xmlDict*>(names)); }};
   XmlReader read(*this, parser.get());
   *parser->sax = callbacks();
   parser->userData = &read;
@@ -286,7 +316,7 @@ void Source::read_xml(std::string_view text) {
   xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET | XML_PARSE_NOENT);
   xmlParseDocument(parser.get());
   read.report();
-  if (parser->wellFormed == 0 || top_->first == nullptr) fail(1, "the document is not well-formed");
+  if (parser->wellFormed == 0 || !top_->has_children) fail(1, "the document is not well-formed");
 }
 
 }  // namespace yfw

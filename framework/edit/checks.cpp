@@ -10,6 +10,7 @@
 #include "framework/read/mapped_leaves.h"
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
+#include "framework/vlan/rules.h"
 #include "framework/walk/environment.h"
 #include "framework/walk/interfaces_walker.h"
 #include "yfw-host/data.h"
@@ -132,9 +133,7 @@ void find_forms(const lyd_node* node, Operation outer, std::map<std::string, std
   if (node->schema == nullptr) return;
   const Operation operation = operation_of(node, outer);
   const lyd_node* child = nullptr;
-  const bool is_match =
-      named(node->schema, "match") && std::strcmp(namespace_of(node->schema), YFW_OPENCONFIG_VLAN_NS) == 0;
-  if (!is_match) {
+  if (!has_one_form(node)) {
     LY_LIST_FOR(lyd_child(node), child) {
       find_forms(child, operation, form_of);
     }

@@ -9,6 +9,7 @@
 #include "framework/datastore/running.h"
 #include "framework/documents/documents.h"
 #include "framework/read/mapped_leaves.h"
+#include "framework/read/verdict.h"
 #include "framework/walk/environment.h"
 #include "yfw-host/data.h"
 #include "yfw-host/error.h"
@@ -20,15 +21,24 @@ namespace yfw {
 struct EditSettings {
   Verify verify = Verify::report;
   bool ignore_unmapped = false;
-  // Further models may tie an entry to what is not part of it, so that all of the result has to be validated.
+  // A model ties entries to what is not part of them, so that all of the result has to be validated.
   bool validate_everything = false;
+};
+
+// The native names that an edit may change.
+struct Touched {
+  std::vector<std::string> names;
+  // Those of which the edit names nothing: they are only the way to what it names, or hold the place of an interface.
+  std::unordered_set<std::string> bystanders;
+  // Those that the edit replaces, or of which it replaces something.
+  std::unordered_set<std::string> replaced;
 };
 
 // The outcome, not applied yet.
 struct PreparedEdit {
   EditResult result;
-  std::vector<std::string> touched;  // native names of the entries that may differ
-  Data candidate;                    // those entries as they will be
+  Touched touched;
+  Running candidate;  // the touched entries as they will be
 };
 
 // Runs the edit against `around.running` (null: existence is not checked and nothing is compared). Throws Refused;
@@ -47,13 +57,6 @@ const lyd_node* check_claims(const Environment& environment, MappedLeaves& leave
 void check_one_form(const EditDocument& document);
 
 // The native names that the edit may change.
-struct Touched {
-  std::vector<std::string> names;
-  // Those of which the edit names nothing: they are only the way to what it names, or hold the place of an interface.
-  std::unordered_set<std::string> bystanders;
-  // Those that the edit replaces, or of which it replaces something.
-  std::unordered_set<std::string> replaced;
-};
 Touched touched_entries(const EditDocument& document, const Running& running);
 
 // OpenConfig configuration of native entries, valid as far as it goes.
@@ -73,11 +76,13 @@ struct Expected {
 Expected expect(const Environment& environment, const EditDocument& document, const Data& before,
                 std::vector<Warning>& warnings);
 
-// Rewrites what container handlers of the plug-in see as a whole, and spreads operations on whole lists over entries.
-// Returns the paths of those that are merged into what does not read back whole.
+// Rewrites what container handlers of the plug-in see as a whole, where something of it goes or a list in it grows.
+// `verdicts` are those on `before`. Returns the paths of those that are merged into what does not read back whole.
 std::vector<std::string> rewrite_whole_containers(const Environment& environment, EditDocument& document,
-                                                  const Data& before, const Data& expected,
-                                                  std::vector<Warning>& warnings);
+                                                  const Data& before, const std::vector<EntryVerdict>& verdicts,
+                                                  const Data& expected, std::vector<Warning>& warnings);
+
+// Spreads operations on whole lists over their entries.
 void spread_lists(EditDocument& document, const Running* running, std::vector<Warning>& warnings);
 
 // Completes a native edit, `candidate` being what it makes of the entries: of an entry that the document replaces, only

@@ -9,6 +9,7 @@
 #include "framework/edit/edit.h"
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
+#include "framework/vlan/rules.h"
 #include "framework/vlan/trunk_text.h"
 #include "framework/walk/environment.h"
 #include "framework/walk/interfaces_walker.h"
@@ -72,11 +73,11 @@ bool request_writes_below(const EditDocument& document, const lyd_node* node) {
   return false;
 }
 
-// The single form that a merge brings replaces what else a match holds.
-void keep_one_form(const EditDocument& document, lyd_node* match, std::vector<Warning>& warnings) {
+// The single form that a merge brings replaces the others.
+void keep_one_form(const EditDocument& document, lyd_node* container, std::vector<Warning>& warnings) {
   std::vector<lyd_node*> forms;
   lyd_node* child = nullptr;
-  LY_LIST_FOR(lyd_child(match), child) {
+  LY_LIST_FOR(lyd_child(container), child) {
     forms.push_back(child);
   }
   if (forms.size() < 2) return;
@@ -90,14 +91,14 @@ void keep_one_form(const EditDocument& document, lyd_node* match, std::vector<Wa
   }
 }
 
-void for_each_match(lyd_node* node, const EditDocument& document, std::vector<Warning>& warnings) {
-  if (named(node, "match") && node->parent != nullptr && named(&node->parent->node, "vlan")) {
+void keep_one_form_each(lyd_node* node, const EditDocument& document, std::vector<Warning>& warnings) {
+  if (has_one_form(node)) {
     keep_one_form(document, node, warnings);
     return;
   }
   lyd_node* child = nullptr;
   LY_LIST_FOR(lyd_child(node), child) {
-    for_each_match(child, document, warnings);
+    keep_one_form_each(child, document, warnings);
   }
 }
 
@@ -110,19 +111,18 @@ RpcError validation_error(const ly_ctx* models) {
   const std::string_view leaf = std::string_view(error.path).substr(error.path.rfind('/') + 1);
   const std::string_view name = leaf.substr(leaf.find(':') + 1);
   error.bad_element = name.substr(0, name.find('['));
-  if (is_condition && error.bad_element == "aggregation") {
-    error.message = "'aggregation' is of bundles, and this interface is none: ask for its VLANs below 'ethernet'";
+  const char* const words = is_condition ? condition_in_words(error.bad_element) : nullptr;
+  if (words != nullptr) {
+    error.message = words;
     return error;
   }
   if (!error.bad_element.empty()) error.message = fmt::format("'{}': {}", error.bad_element, error.message);
   return error;
 }
 
-// Where no mode is set at all, the plug-in says best what it misses.
-bool plugin_says_it_better(const Data& data, const RpcError& error) {
-  lyd_node* node = nullptr;
-  if (lyd_find_path(data.get(), error.path.c_str(), 0, &node) != LY_SUCCESS || node->parent == nullptr) return false;
-  return named(node, "native-vlan") && child_of(&node->parent->node, "interface-mode") == nullptr;
+bool is_for_plugin(const Data& data, const RpcError& error) {
+  const lyd_node* const node = node_at(data, error.path);
+  return node != nullptr && plugin_says_better(node);
 }
 
 }  // namespace
@@ -133,14 +133,15 @@ Expected expect(const Environment& environment, const EditDocument& document, co
   apply_edit(expected.data, document.tree.get(), document.default_operation);
   lyd_node* top = nullptr;
   LY_LIST_FOR(expected.data.get(), top) {
-    for_each_match(top, document, warnings);
+    keep_one_form_each(top, document, warnings);
   }
   complete(expected.data);
 
+  if (environment.validator->reach(expected.data.get()) == Reach::nowhere) return expected;
   const Data before_conditions = expected.data.clone();
   if (!environment.validator->validate(expected.data)) {
     RpcError error = validation_error(environment.models);
-    if (!plugin_says_it_better(expected.data, error)) throw Refused(std::move(error));
+    if (!is_for_plugin(expected.data, error)) throw Refused(std::move(error));
     expected.deferred = std::move(error);
     expected.valid = false;
     return expected;

@@ -17,10 +17,6 @@ namespace yfw {
 
 namespace {
 
-bool is_layer(const lyd_node* node) {
-  return named(node, "l2-transport");
-}
-
 // True when something at or below the node has to stay in a replaced entry.
 bool holds_uncovered(const lyd_node* node) {
   if (!is_covered(node->schema)) return true;

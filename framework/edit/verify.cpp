@@ -22,8 +22,6 @@ namespace yfw {
 
 namespace {
 
-constexpr char kTrunkEntries[] = "switched-vlan/config/trunk-vlans[";
-
 // The name of the node at the end of an instance path.
 std::string_view last_name(std::string_view path) {
   // Only the entry of a leaf-list has a predicate there, and its value holds no slash.
@@ -48,7 +46,7 @@ void collect_lost(const lyd_node* node, Operation outer, const Data& after, std:
   }
   if (node->schema->nodetype != LYS_LEAFLIST) return;
   const std::string path = path_of(node);
-  if (path.find(kTrunkEntries) == std::string::npos) return;
+  if (!is_trunk_entry(path)) return;
   lyd_node* found = nullptr;
   if (!after.empty() && lyd_find_path(after.get(), path.c_str(), 0, &found) == LY_SUCCESS) return;
   lost.push_back({.path = path, .asked = lyd_get_value(node)});
@@ -131,7 +129,7 @@ std::vector<Difference> differences(const Data& request, Operation default_opera
 std::vector<Difference> lost_trunk_entries(const std::vector<Difference>& found) {
   std::vector<Difference> lost;
   std::copy_if(found.begin(), found.end(), std::back_inserter(lost), [](const Difference& difference) {
-    return difference.found.empty() && difference.path.find(kTrunkEntries) != std::string::npos;
+    return difference.found.empty() && is_trunk_entry(difference.path);
   });
   return lost;
 }

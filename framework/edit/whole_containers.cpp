@@ -1,23 +1,21 @@
 // The parts of an edit that the plug-in's container handlers see as a whole, rewritten by what will be there.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstring>
-#include <map>
-#include <optional>
+#include <new>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 
-#include "framework/datastore/apply.h"
-#include "framework/datastore/compare.h"
 #include "framework/documents/documents.h"
 #include "framework/edit/edit.h"
+#include "framework/read/verdict.h"
 #include "framework/tree/entries.h"
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
 #include "framework/vlan/rules.h"
 #include "framework/vlan/trunk_text.h"
 #include "framework/walk/environment.h"
-#include "yfw-host/compare.h"
 #include "yfw-host/data.h"
 #include "yfw-host/error.h"
 #include "yfw-host/host.h"
@@ -63,17 +61,12 @@ bool loses(const lyd_node* before, const lyd_node* after) {
   return false;
 }
 
-// True when all of a trunk's text was read: one that is too long to be written again reads back whole all the same.
-bool is_trunk_read_whole(const Delta& text, const lyd_node* config, const lyd_node* native) {
-  if (!text.path.ends_with("/trunk-vla-ns")) return false;
-  std::vector<std::string> entries;
-  const lyd_node* entry = nullptr;
-  LY_LIST_FOR(lyd_child(config), entry) {
-    if (named(entry, "trunk-vlans")) entries.emplace_back(lyd_get_value(entry));
-  }
-  const lyd_node* const switched = find_container(native, "vlan-switched");
-  const lyd_node* const leaf = switched == nullptr ? nullptr : child_named(switched, "trunk-vla-ns");
-  return leaf != nullptr && canonical_text(leaf) == native_trunk_text(entries);
+// True when what writing the reading back makes is nothing but the text of a trunk, all of which was read.
+bool is_only_trunk_read_whole(const EntryVerdict::Misread& misread, const lyd_node* native, const lyd_node* config) {
+  const lyd_node* const leaf = trunk_leaf_below(native);
+  return leaf != nullptr && is_trunk_read_whole(leaf, config) &&
+         std::all_of(misread.makes.begin(), misread.makes.end(),
+                     [leaf](const lysc_node* made) { return made == leaf->schema; });
 }
 
 // The same natively, of the models that the mapping covers.
@@ -85,19 +78,6 @@ bool has_covered_leaves(const lyd_node* node) {
     if (has_covered_leaves(child)) return true;
   }
   return false;
-}
-
-void drop_uncovered(lyd_node* node) {
-  lyd_node* child = lyd_child(node);
-  while (child != nullptr) {
-    lyd_node* const next = child->next;
-    if (is_covered(child->schema)) {
-      drop_uncovered(child);
-    } else {
-      lyd_free_tree(child);
-    }
-    child = next;
-  }
 }
 
 bool names_leaf_list(const lyd_node* node) {
@@ -125,171 +105,148 @@ bool left_to_plugin(const EditDocument& document, const lyd_node* node, Operatio
   return false;
 }
 
-// One unit as the request names it, in one place or in several.
-struct Unit {
-  std::string path;
-  std::vector<lyd_node*> instances;
-};
-
-void collect(lyd_node* node, Operation outer, std::vector<Unit>& units, std::map<std::string, std::size_t>& known) {
+// Those that the request names and that do not go, or are replaced, as a whole anyway.
+void collect(lyd_node* node, Operation outer, std::vector<lyd_node*>& containers) {
   const Operation own = operation_of(node, outer);
-  // What goes or is replaced as a whole needs no rewriting, but for a replace by nothing, which is a removal.
-  if (own == Operation::replace && is_whole_container(node) && lyd_child(node) == nullptr)
+  // A replace by nothing is a removal.
+  if (own == Operation::replace && is_whole_container(node) && lyd_child(node) == nullptr) {
     set_operation(node, Operation::remove);
+  }
   if (node->schema == nullptr || removes(own) || own == Operation::replace) return;
   if (is_whole_container(node)) {
-    const std::string path = path_of(node);
-    const auto [place, first] = known.emplace(path, units.size());
-    if (first) units.push_back({path, {}});
-    units[place->second].instances.push_back(node);
+    containers.push_back(node);
     return;
   }
   lyd_node* child = nullptr;
   LY_LIST_FOR(lyd_child(node), child) {
-    collect(child, own, units, known);
+    collect(child, own, containers);
   }
 }
 
 class Rewriter {
  public:
-  Rewriter(const Environment& environment, EditDocument& document, const Data& before, const Data& expected,
-           std::vector<Warning>& warnings)
-      : environment_(environment), document_(document), before_(before), expected_(expected), warnings_(warnings) {}
+  Rewriter(const Environment& environment, EditDocument& document, const Data& before,
+           const std::vector<EntryVerdict>& verdicts, const Data& expected, std::vector<Warning>& warnings)
+      : environment_(environment), document_(document), before_(before), expected_(expected), warnings_(warnings) {
+    for (const EntryVerdict& each : verdicts) verdicts_.emplace(each.entry, &each);
+  }
 
   void run() {
-    std::vector<Unit> units;
-    std::map<std::string, std::size_t> known;
+    std::vector<lyd_node*> containers;
     lyd_node* node = nullptr;
     LY_LIST_FOR(document_.tree.get(), node) {
-      collect(node, document_.default_operation, units, known);
+      collect(node, document_.default_operation, containers);
     }
-    for (const Unit& unit : units) rewrite(unit);
+    for (lyd_node* const container : containers) rewrite(container);
   }
 
   const std::vector<std::string>& merged_into_unread() const { return merged_into_unread_; }
 
  private:
-  void rewrite(const Unit& unit) {
-    for (const lyd_node* const instance : unit.instances) {
-      if (left_to_plugin(document_, instance, Operation::merge)) return;
-    }
-    const lyd_node* const before = node_at(before_, unit.path);
-    const lyd_node* const after = node_at(expected_, unit.path);
-    const std::vector<const lyd_node*> natives = native_containers(unit.instances.front());
+  void rewrite(lyd_node* container) {
+    if (left_to_plugin(document_, container, Operation::merge)) return;
+    const lyd_node* const before = counterpart(before_, container);
+    const lyd_node* const after = counterpart(expected_, container);
+    const std::vector<const lyd_node*> natives = native_containers(container);
     const bool goes = before != nullptr && loses(before, after);
-    bool whole_lists = unit.instances.size() > 1;
-    for (const lyd_node* const instance : unit.instances) {
-      whole_lists = whole_lists || (!natives.empty() && names_leaf_list(instance));
-    }
+    const bool whole_lists = !natives.empty() && names_leaf_list(container);
     const lyd_node* const unread = unread_of(before, natives);
-    if (unread != nullptr) mind_unread(unit, unread, goes || whole_lists, goes);
+    if (unread != nullptr) mind_unread(container, unread, goes || whole_lists, goes);
     if (!goes && !whole_lists) return;
-    lyd_node* const first = unit.instances.front();
-    for (std::size_t i = 1; i < unit.instances.size(); ++i) lyd_free_tree(unit.instances[i]);
     if (goes) {
-      told(unit.path, has_leaves(after) ? "goes as a replace by what will be there" : "goes as a remove");
-      exchange(first, after, true);
+      told(container, has_leaves(after) ? "goes as a replace by what will be there" : "goes as a remove");
     } else {
-      told(unit.path, "goes with its whole lists");
-      exchange(first, after, false);
+      told(container, "goes with its whole lists");
     }
+    exchange(container, after, goes);
   }
 
   // Puts what will be there in the place of what was asked.
   void exchange(lyd_node* asked, const lyd_node* after, bool replaced) const {
     const bool empty = !has_leaves(after);
     lyd_node* fresh = nullptr;
-    if (empty) {
-      lyd_dup_single(asked, nullptr, LYD_DUP_NO_META, &fresh);
-    } else {
-      lyd_dup_single(after, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_NO_META, &fresh);
-    }
+    const LY_ERR result = empty ? lyd_dup_single(asked, nullptr, LYD_DUP_NO_META, &fresh)
+                                : lyd_dup_single(after, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_NO_META, &fresh);
+    if (result != LY_SUCCESS) throw std::bad_alloc();
     if (replaced) set_operation(fresh, empty ? Operation::remove : Operation::replace);
     lyd_node* const parent = lyd_parent(asked);
     lyd_free_tree(asked);
     lyd_insert_child(parent, fresh);
   }
 
-  void told(const std::string& path, const char* what) const {
-    if (environment_.trace != nullptr) {
-      (*environment_.trace)({TraceLine::Kind::note, 3, fmt::format("{} {}", path, what)});
-    }
+  void told(const lyd_node* container, const char* what) const {
+    if (environment_.trace == nullptr) return;
+    (*environment_.trace)({TraceLine::Kind::note, 3, fmt::format("{} {}", path_of(container), what)});
   }
 
-  const lyd_node* native_entry(const lyd_node* unit) const {
+  const lyd_node* native_entry(const lyd_node* container) const {
     std::string name;
     std::string index;
-    for (const lyd_node* each = unit; each != nullptr; each = lyd_parent(each)) {
+    for (const lyd_node* each = container; each != nullptr; each = lyd_parent(each)) {
       if (named(each, "interface")) name = key_value(each);
       if (named(each, "subinterface")) index = key_value(each);
     }
     return environment_.running->entry(join_interface_name(name, index));
   }
 
-  // Those of the unit's native containers that hold anything.
-  std::vector<const lyd_node*> native_containers(const lyd_node* unit) const {
+  // Those of its native containers that hold anything.
+  std::vector<const lyd_node*> native_containers(const lyd_node* container) const {
     std::vector<const lyd_node*> containers;
-    const lyd_node* const entry = native_entry(unit);
+    const lyd_node* const entry = native_entry(container);
     if (entry == nullptr) return containers;
-    for (const std::string_view name : natives_of(unit)) {
-      const lyd_node* const container = find_container(entry, name);
-      if (has_covered_leaves(container)) containers.push_back(container);
+    for (const std::string_view name : natives_of(container)) {
+      const lyd_node* const native = find_container(entry, name);
+      if (has_covered_leaves(native)) containers.push_back(native);
     }
     return containers;
   }
 
-  // The first container of which something could not be read; null when all could.
+  // The first container of which the reading does not say all, or makes something else; null when there is none.
   const lyd_node* unread_of(const lyd_node* before, const std::vector<const lyd_node*>& natives) const {
     if (natives.empty()) return nullptr;
     if (before == nullptr) return natives.front();
-    const Data again = written_from(before);
-    const lyd_node* const entry = again.empty() ? nullptr : lyd_child(again.get());
+    const lyd_node* entry = natives.front();
+    while (entry != nullptr && !is_interface_entry(entry)) entry = lyd_parent(entry);
+    const auto found = verdicts_.find(entry);
+    if (found == verdicts_.end()) return nullptr;
+    const EntryVerdict& verdict = *found->second;
     for (const lyd_node* const native : natives) {
-      const lyd_node* const written = entry == nullptr ? nullptr : find_container(entry, LYD_NAME(native));
-      if (written == nullptr) return native;
-      const Data there = alone(native);
-      drop_uncovered(there.get());
-      std::vector<Delta> lost = compare(there, alone(written), canonical_text);
-      std::erase_if(lost, [&before, &native](const Delta& each) { return is_trunk_read_whole(each, before, native); });
-      if (!lost.empty()) return native;
+      const bool unsaid = std::any_of(verdict.unsaid.begin(), verdict.unsaid.end(), [&](const lyd_node* leaf) {
+        const std::vector<const lyd_node*>& readable = verdict.short_of_room;
+        return is_ancestor_or_self(native, leaf) && !is_trunk_read_whole(leaf, before) &&
+               std::find(readable.begin(), readable.end(), leaf) == readable.end();
+      });
+      const bool misread = std::any_of(verdict.misread.begin(), verdict.misread.end(), [&](const auto& each) {
+        return is_below(each.container, native->schema) && !is_only_trunk_read_whole(each, native, before);
+      });
+      if (unsaid || misread) return native;
     }
     return nullptr;
   }
 
+  static bool is_below(const lysc_node* node, const lysc_node* above) {
+    while (node != nullptr && node != above) node = node->parent;
+    return node != nullptr;
+  }
+
   // Refuses to rewrite by what was read when not everything that is there could be read; tells what a merge leaves.
-  void mind_unread(const Unit& unit, const lyd_node* unread, bool rewritten, bool goes) {
-    const std::string name = LYD_NAME(unit.instances.front());
+  void mind_unread(const lyd_node* container, const lyd_node* unread, bool rewritten, bool goes) {
+    const std::string name = LYD_NAME(container);
+    std::string path = path_of(container);
     const std::string native = path_of(unread);
     if (!rewritten) {
-      warnings_.push_back({unit.path, fmt::format("merged into what does not read back whole ({}), of which something "
-                                                  "may stay; operation replace takes the place of all of it",
-                                                  native)});
-      merged_into_unread_.push_back(unit.path);
+      warnings_.push_back({path, fmt::format("merged into what does not read back whole ({}), of which something "
+                                             "may stay; operation replace takes the place of all of it",
+                                             native)});
+      merged_into_unread_.push_back(std::move(path));
       return;
     }
     throw Refused({.tag = "operation-failed",
-                   .path = unit.path,
+                   .path = std::move(path),
                    .message = fmt::format("'{}' cannot be {} in part: what is there natively ({}) does not read back "
                                           "whole; ask for all of it with operation replace",
                                           name, goes ? "removed" : "merged", native),
                    .bad_element = name});
-  }
-
-  // The native configuration that what was read becomes; empty when it is refused.
-  Data written_from(const lyd_node* before) const {
-    EditDocument edit;
-    edit.tree = alone(before);
-    std::vector<Warning> ignored;
-    Environment silent = environment_;
-    silent.trace = nullptr;
-    Data written;
-    try {
-      const Data native = translate(silent, edit, ignored);
-      apply_edit(written, native.get(), Operation::merge);
-    } catch (const Refused&) {
-      written.reset();
-    }
-    return written;
   }
 
   const Environment& environment_;
@@ -297,15 +254,16 @@ class Rewriter {
   const Data& before_;
   const Data& expected_;
   std::vector<Warning>& warnings_;
+  std::unordered_map<const lyd_node*, const EntryVerdict*> verdicts_;  // by entry
   std::vector<std::string> merged_into_unread_;
 };
 
 }  // namespace
 
 std::vector<std::string> rewrite_whole_containers(const Environment& environment, EditDocument& document,
-                                                  const Data& before, const Data& expected,
-                                                  std::vector<Warning>& warnings) {
-  Rewriter rewriter(environment, document, before, expected, warnings);
+                                                  const Data& before, const std::vector<EntryVerdict>& verdicts,
+                                                  const Data& expected, std::vector<Warning>& warnings) {
+  Rewriter rewriter(environment, document, before, verdicts, expected, warnings);
   rewriter.run();
   return rewriter.merged_into_unread();
 }

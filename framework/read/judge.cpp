@@ -26,8 +26,6 @@ namespace yfw {
 
 namespace {
 
-constexpr char kLayer[] = "l2-transport";
-
 // A native leaf that writing back makes. `within` tells entries of inner lists apart by their keys.
 struct WrittenLeaf {
   const lysc_node* schema = nullptr;
@@ -95,8 +93,11 @@ void for_each_written(const OutputTree& output, const lyd_node* native, const Wo
 // The entry's reading on its way back, as a merge.
 class WritingBack {
  public:
-  WritingBack(WalkState& walk_state, RequestTree& records, const lyd_node* native, const lyd_node* reading)
-      : walk_state_(walk_state), records_(records), native_(native), reading_(reading) {}
+  // What would have come of parts that are refused for nothing but the length of a trunk's text goes to
+  // `short_of_room`.
+  WritingBack(WalkState& walk_state, RequestTree& records, const lyd_node* native, const lyd_node* reading,
+              Written& short_of_room)
+      : walk_state_(walk_state), records_(records), native_(native), reading_(reading), short_of_room_(short_of_room) {}
 
   // Writes all of it; false when that is refused. The walk's output is what comes of it, as far as the native model
   // has such values.
@@ -124,8 +125,6 @@ class WritingBack {
     const std::size_t asked = count_trunk_entries(part);
     return asked == 0 || static_cast<std::size_t>(std::count(text, text + std::strlen(text), ',')) + 1 == asked;
   }
-
-  static bool is_trunk_text(const lysc_node* leaf) { return std::strcmp(leaf->name, "trunk-vla-ns") == 0; }
 
  private:
   // Sub-interfaces are entries of their own.
@@ -174,8 +173,9 @@ class WritingBack {
     const auto first = written.begin() + static_cast<std::ptrdiff_t>(before);
     const bool held = std::all_of(first, written.end(), [this](const WrittenLeaf& leaf) { return is_held(leaf); });
     const auto text = std::find_if(written.rbegin(), written.rend(),
-                                   [](const WrittenLeaf& leaf) { return is_trunk_text(leaf.schema); });
+                                   [](const WrittenLeaf& leaf) { return is_trunk_leaf(leaf.schema); });
     if (held && (text == written.rend() || keeps_trunk_entries(part, text->value.c_str()))) return true;
+    if (held) short_of_room_.insert(short_of_room_.end(), first, written.end());
     written.resize(before);
     return false;
   }
@@ -187,21 +187,11 @@ class WritingBack {
     return (there != nullptr && leaf.value == canonical_text(there)) || has_value(leaf);
   }
 
-  static std::size_t count_trunk_entries(const lyd_node* part) {
-    if (is_term(part->schema)) return named(part, "trunk-vlans") && is_config(part) ? 1 : 0;
-    if (named(part, "subinterfaces") || !is_config(part)) return 0;
-    std::size_t count = 0;
-    const lyd_node* child = nullptr;
-    LY_LIST_FOR(lyd_child(part), child) {
-      count += count_trunk_entries(child);
-    }
-    return count;
-  }
-
   WalkState& walk_state_;
   RequestTree& records_;
   const lyd_node* native_;
   const lyd_node* reading_;
+  Written& short_of_room_;
 };
 
 // Most entries are said whole, and an output that says so is the entry over again, node by node. This finds that out
@@ -268,7 +258,7 @@ class Repetition {
   }
 
   bool says(const lyd_node* leaf, const char* value) const {
-    if (WritingBack::is_trunk_text(leaf->schema)) {
+    if (is_trunk_leaf(leaf->schema)) {
       return canonical_text(leaf) == value && WritingBack::keeps_trunk_entries(reading_, value);
     }
     return std::strcmp(lyd_get_value(leaf), value) == 0;
@@ -281,8 +271,8 @@ class Repetition {
 // A native entry held against what writing back made.
 class Comparison {
  public:
-  Comparison(const Scope& scope, EntryVerdict& verdict, Written& written)
-      : scope_(scope), verdict_(verdict), written_(written) {}
+  Comparison(const Scope& scope, EntryVerdict& verdict, Written& written, const Written& short_of_room)
+      : scope_(scope), verdict_(verdict), written_(written), short_of_room_(short_of_room) {}
 
   void run(const lyd_node* reading) {
     const lyd_node* child = nullptr;
@@ -313,15 +303,19 @@ class Comparison {
       verdict_.beside.push_back(leaf);
       return;
     }
-    const auto made = std::find_if(written_.begin(), written_.end(), [&](const WrittenLeaf& each) {
+    const auto is_leaf = [&](const WrittenLeaf& each) {
       return each.schema == leaf->schema && each.within == within;
-    });
+    };
+    const auto made = std::find_if(written_.begin(), written_.end(), is_leaf);
     if (made != written_.end() && made->value == canonical_text(leaf)) {
       made->matched = true;
       return;
     }
+    const auto fitting = std::find_if(short_of_room_.begin(), short_of_room_.end(), is_leaf);
+    const bool lacks_room = fitting != short_of_room_.end() && fitting->value == canonical_text(leaf);
+    if (lacks_room) verdict_.short_of_room.push_back(leaf);
     const lyd_node* const container = lyd_parent(leaf);
-    const bool own = container == verdict_.entry || named(container, kLayer);
+    const bool own = container == verdict_.entry || is_layer(container);
     if (scope_ == nullptr || scope_(verdict_.entry, own ? leaf : container)) verdict_.unsaid.push_back(leaf);
   }
 
@@ -343,6 +337,7 @@ class Comparison {
   const Scope& scope_;
   EntryVerdict& verdict_;
   Written& written_;
+  const Written& short_of_room_;
 };
 
 Environment bare(Environment environment) {
@@ -357,15 +352,17 @@ Judge::Judge(const Environment& environment) : walk_state_(bare(environment), kE
 
 std::optional<EntryVerdict> Judge::judge(const lyd_node* entry, const lyd_node* reading, const Scope& scope) {
   Written written;
+  Written short_of_room;
   if (reading != nullptr) {
-    const WritingBack back(walk_state_, records_, entry, reading);
+    const WritingBack back(walk_state_, records_, entry, reading, short_of_room);
     const bool is_written = back.write_whole();
     if (is_written && Repetition::is_whole(walk_state_.output(), entry, reading)) return std::nullopt;
     std::optional<Written> whole = is_written ? back.whole() : std::nullopt;
     written = whole.has_value() ? std::move(*whole) : back.parts();
   }
-  EntryVerdict verdict{entry, {}, {}, {}};
-  Comparison(scope, verdict, written).run(reading);
+  EntryVerdict verdict;
+  verdict.entry = entry;
+  Comparison(scope, verdict, written, short_of_room).run(reading);
   if (verdict.all_said() && verdict.beside.empty()) return std::nullopt;
   return verdict;
 }

@@ -18,10 +18,11 @@ struct EntryVerdict {
     std::string natively;
     std::vector<const lysc_node*> makes;  // leaves that are not there, or not with this value
   };
-  const lyd_node* entry;
+  const lyd_node* entry = nullptr;
   std::vector<const lyd_node*> unsaid;  // leaves and presence containers, in document order
   std::vector<const lyd_node*> beside;  // leaves of models that the mapping does not cover
   std::vector<Misread> misread;
+  std::vector<const lyd_node*> short_of_room;  // unsaid only because a trunk beside them is too long to be written
 
   bool all_said() const { return unsaid.empty() && misread.empty(); }
 };

@@ -16,6 +16,7 @@
 #include <system_error>
 #include <vector>
 
+#include "framework/tree/schema.h"
 #include "yfw-host/error.h"
 
 namespace yfw {
@@ -187,6 +188,8 @@ Models::Models(const std::string& yang_dir, const std::string& openconfig_dir,
       if (!is_known) further_.insert(loaded);
     }
   }
+  native_.assign(further_.begin(), further_.end());
+  native_.push_back(ly_ctx_get_module_implemented(context, kNativeInterfaceModule));
   ly_err_clean(context, nullptr);
   ly_ctx_set_module_imp_clb(context, nullptr, nullptr);
 }

@@ -22,6 +22,9 @@ class Models {
 
   ly_ctx* get() const noexcept { return context_.get(); }
 
+  // The modules of the device's own configuration, the further ones among them.
+  const std::vector<const lys_module*>& native() const { return native_; }
+
   // True for modules that only the further folders brought in.
   bool is_further(const lys_module* module) const { return further_.contains(module); }
 
@@ -31,6 +34,7 @@ class Models {
   };
   std::unique_ptr<ly_ctx, Destroy> context_;
   std::unordered_set<const lys_module*> further_;
+  std::vector<const lys_module*> native_;
 };
 
 }  // namespace yfw

@@ -134,84 +134,96 @@ bool is_port_leaf(const Situation& s, const char* leaf) {
   return s.leaf == port_leaf(s, leaf);
 }
 
+bool is_list_of_one(const Situation& s) {
+  return s.in(kMatch) && s.expected[kIds].size() == 1 && s.after[kLow] == s.expected[kIds];
+}
+
+bool is_low_half(const Situation& s) {
+  return s.in(kMatch) && s.expected.has(kLow) && !s.expected.has(kHigh) && s.after[kSingle] == s.expected[kLow];
+}
+
+bool is_high_half(const Situation& s) {
+  return s.in(kMatch) && s.expected.has(kHigh) && !s.expected.has(kLow) && !s.after.has_below(kMatch);
+}
+
+bool is_inner_list_of_one(const Situation& s) {
+  return reads_as_double_tag(s, kInnerListOuter, kInnerListIds);
+}
+
+bool is_outer_list_of_one(const Situation& s) {
+  return reads_as_double_tag(s, kOuterListIds, kOuterListInner);
+}
+
+bool is_half_an_inner_range(const Situation& s) {
+  return s.in(kMatch) && s.expected.has(kInnerRangeLow) && !s.expected.has(kInnerRangeHigh) &&
+         s.after[kInner] == s.expected[kInnerRangeLow];
+}
+
+bool is_half_an_outer_range(const Situation& s) {
+  return s.in(kMatch) && s.expected.has(kOuterRangeLow) && !s.expected.has(kOuterRangeHigh) &&
+         s.after[kOuter] == s.expected[kOuterRangeLow];
+}
+
+bool has_many_outer_ids(const Situation& s) {
+  const std::size_t kept = std::max(s.after[kInnerRangeOuter].size(), s.after[kOuter].size());
+  return s.in(kMatch) && s.expected[kInnerRangeOuter].size() > 1 && kept == 1;
+}
+
+bool is_bound_vlan(const Situation& s) {
+  const bool tagged = s.expected.has(kSingle) || s.expected.has(kOuter);
+  const bool reads = s.after.has(kSingle) || s.after.has(kOuter);
+  return (s.in(kMatch) || s.leaf == kRouted) && tagged && !reads && s.after.has(kRouted) && !s.expected.has(kRouted);
+}
+
+bool is_beside_identifier(const Situation& s) {
+  const bool plain = s.leaf == kSingle || s.leaf == kOuter || s.leaf == kInner;
+  return plain && s.is_l2_with_identifier && s.after.has(s.leaf) && s.after[s.leaf] != s.expected[s.leaf];
+}
+
+bool is_tag_of_pop(const Situation& s) {
+  return s.in(kMapping) && s.expected.word(kAction) == "POP" && s.after.word(kAction) == "POP" &&
+         has_a_tag(s.expected) && !has_a_tag(s.after);
+}
+
+bool is_tag_without_action(const Situation& s) {
+  return s.in(kMapping) && !s.expected.has(kAction) && has_a_tag(s.expected) && !s.after.has_below(kMapping);
+}
+
+bool is_tag_there_already(const Situation& s) {
+  return (s.leaf == kTagId || s.leaf == kTpid) && s.appeared() && s.expected.has(kAction);
+}
+
+bool is_misplaced(const Situation& s) {
+  return s.is_misplaced();
+}
+
+bool is_trunk_of_nothing(const Situation& s) {
+  const bool mode_or_native = is_port_leaf(s, "interface-mode") || is_port_leaf(s, "native-vlan");
+  return mode_or_native && s.expected.word(port_leaf(s, "interface-mode")) == "TRUNK" &&
+         !s.expected.has(port_leaf(s, "trunk-vlans")) && !s.after.has(port_leaf(s, "interface-mode"));
+}
+
+bool is_access_vlan_there_already(const Situation& s) {
+  return is_port_leaf(s, "access-vlan") && s.appeared();
+}
+
+bool is_native_vlan_there_already(const Situation& s) {
+  return is_port_leaf(s, "native-vlan") && s.appeared();
+}
+
+bool is_trunk_there_already(const Situation& s) {
+  return is_port_leaf(s, "trunk-vlans") && s.appeared();
+}
+
 struct Cause {
   bool (*applies)(const Situation& s);
   const char* why;
 };
 
-constexpr std::array<Cause, 19> kCauses{{
-    {[](const Situation& s) {
-       return s.in(kMatch) && s.expected[kIds].size() == 1 && s.after[kLow] == s.expected[kIds];
-     },
-     "a list of one id reads back as half a range; ask for single-tagged instead"},
-    {[](const Situation& s) {
-       return s.in(kMatch) && s.expected.has(kLow) && !s.expected.has(kHigh) && s.after[kSingle] == s.expected[kLow];
-     },
-     "half a range reads back as single-tagged; ask for that, or for both ids"},
-    {[](const Situation& s) {
-       return s.in(kMatch) && s.expected.has(kHigh) && !s.expected.has(kLow) && !s.after.has_below(kMatch);
-     },
-     "a range reads back only with its low id; ask for both ids"},
-    {is_half_a_double_tag, "a double tag reads back only with the ids of both tags; ask for both"},
-    {[](const Situation& s) { return reads_as_double_tag(s, kInnerListOuter, kInnerListIds); },
-     "an inner list of one id reads back as double-tagged; ask for that instead"},
-    {[](const Situation& s) { return reads_as_double_tag(s, kOuterListIds, kOuterListInner); },
-     "an outer list of one id reads back as double-tagged; ask for that instead"},
-    {[](const Situation& s) {
-       return s.in(kMatch) && s.expected.has(kInnerRangeLow) && !s.expected.has(kInnerRangeHigh) &&
-              s.after[kInner] == s.expected[kInnerRangeLow];
-     },
-     "an inner range without its high id reads back as double-tagged; ask for that, or for both ids"},
-    {[](const Situation& s) {
-       return s.in(kMatch) && s.expected.has(kOuterRangeLow) && !s.expected.has(kOuterRangeHigh) &&
-              s.after[kOuter] == s.expected[kOuterRangeLow];
-     },
-     "an outer range without its high id reads back as double-tagged; ask for that, or for both ids"},
-    {[](const Situation& s) {
-       const std::size_t kept = std::max(s.after[kInnerRangeOuter].size(), s.after[kOuter].size());
-       return s.in(kMatch) && s.expected[kInnerRangeOuter].size() > 1 && kept == 1;
-     },
-     "of several outer ids the last is kept; ask for one"},
-    {[](const Situation& s) {
-       const bool tagged = s.expected.has(kSingle) || s.expected.has(kOuter);
-       const bool reads = s.after.has(kSingle) || s.after.has(kOuter);
-       return (s.in(kMatch) || s.leaf == kRouted) && tagged && !reads && s.after.has(kRouted) &&
-              !s.expected.has(kRouted);
-     },
-     "the tags of a routed sub-interface read back as vlan/config/vlan-id where that is bound; ask for that instead"},
-    {[](const Situation& s) {
-       const bool plain = s.leaf == kSingle || s.leaf == kOuter || s.leaf == kInner;
-       return plain && s.is_l2_with_identifier && s.after.has(s.leaf) && s.after[s.leaf] != s.expected[s.leaf];
-     },
-     "what an L2 sub-interface holds in vlan-sub-configuration is out of reach of a request: it stays and reads back"},
-    {[](const Situation& s) {
-       return s.in(kMapping) && s.expected.word(kAction) == "POP" && s.after.word(kAction) == "POP" &&
-              has_a_tag(s.expected) && !has_a_tag(s.after);
-     },
-     "a tag's type and id read back only with the actions PUSH and SWAP; ask for POP alone"},
-    {[](const Situation& s) {
-       return s.in(kMapping) && !s.expected.has(kAction) && has_a_tag(s.expected) && !s.after.has_below(kMapping);
-     },
-     "a tag's type and id read back only with the actions PUSH and SWAP; ask for vlan-stack-action too"},
-    {[](const Situation& s) {
-       return (s.leaf == kTagId || s.leaf == kTpid) && s.appeared() && s.expected.has(kAction);
-     },
-     "a tag that is there natively reads back as soon as the action is PUSH or SWAP"},
-    {[](const Situation& s) { return s.is_misplaced(); },
-     "the VLANs of a bundle read back below aggregation; ask for them there"},
-    {[](const Situation& s) {
-       const bool mode_or_native = is_port_leaf(s, "interface-mode") || is_port_leaf(s, "native-vlan");
-       return mode_or_native && s.expected.word(port_leaf(s, "interface-mode")) == "TRUNK" &&
-              !s.expected.has(port_leaf(s, "trunk-vlans")) && !s.after.has(port_leaf(s, "interface-mode"));
-     },
-     "mode TRUNK and native-vlan read back only where trunk-vlans are set; ask for them too"},
-    {[](const Situation& s) { return is_port_leaf(s, "access-vlan") && s.appeared(); },
-     "an access VLAN that is there natively reads back as soon as the mode is ACCESS"},
-    {[](const Situation& s) { return is_port_leaf(s, "native-vlan") && s.appeared(); },
-     "a native VLAN that is there natively reads back as soon as the mode is TRUNK and trunk-vlans are set"},
-    {[](const Situation& s) { return is_port_leaf(s, "trunk-vlans") && s.appeared(); },
-     "trunk entries that are there natively read back as soon as the mode is TRUNK"},
-}};
+constexpr Cause kCauses[] = {
+#define EXCEPTION(condition, advice) {condition, advice},
+#include "framework/vlan/vlan_rules.def"
+};
 
 constexpr char kUnread[] =
     "what is there natively and did not read back takes part in what reads back now; ask for all of it with operation "

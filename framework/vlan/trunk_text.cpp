@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "framework/tree/nodes.h"
+#include "framework/tree/schema.h"
 
 namespace yfw {
 
@@ -89,6 +90,61 @@ std::string native_trunk_text(const std::vector<std::string>& entries) {
     if (dots != std::string_view::npos) text.append(1, '-').append(entry.substr(dots + 2));
   }
   return text;
+}
+
+bool is_trunk_entry(std::string_view path) {
+#define LIST_AS_TEXT(parent, list, native_parent, native) \
+  if (path.find(parent "/" list "[") != std::string_view::npos) return true;
+#include "framework/vlan/vlan_rules.def"
+  return false;
+}
+
+namespace {
+
+bool is_trunk_list(const lyd_node* node) {
+#define LIST_AS_TEXT(parent, list, native_parent, native) \
+  if (named(node, list) && named(lyd_parent(node), parent)) return true;
+#include "framework/vlan/vlan_rules.def"
+  return false;
+}
+
+}  // namespace
+
+std::size_t count_trunk_entries(const lyd_node* node) {
+  if ((node->schema->flags & LYS_CONFIG_R) != 0) return 0;
+  if (is_term(node->schema)) return is_trunk_list(node) ? 1 : 0;
+  std::size_t count = 0;
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(node), child) {
+    if (!named(child, "subinterfaces")) count += count_trunk_entries(child);
+  }
+  return count;
+}
+
+bool is_trunk_leaf(const lysc_node* leaf) {
+#define LIST_AS_TEXT(above, list, native_above, native) \
+  if (std::string_view(native) == leaf->name && std::string_view(native_above) == leaf->parent->name) return true;
+#include "framework/vlan/vlan_rules.def"
+  return false;
+}
+
+const lyd_node* trunk_leaf_below(const lyd_node* container) {
+  const lyd_node* child = nullptr;
+  LY_LIST_FOR(lyd_child(container), child) {
+    if (is_term(child->schema) && is_trunk_leaf(child->schema)) return child;
+    if (const lyd_node* const found = trunk_leaf_below(child)) return found;
+  }
+  return nullptr;
+}
+
+bool is_trunk_read_whole(const lyd_node* native_leaf, const lyd_node* config) {
+  if (!is_trunk_leaf(native_leaf->schema)) return false;
+  std::vector<std::string> entries;
+  const lyd_node* entry = nullptr;
+  LY_LIST_FOR(lyd_child(config), entry) {
+    if (is_trunk_list(entry)) entries.emplace_back(lyd_get_value(entry));
+  }
+  return canonical_text(native_leaf) == native_trunk_text(entries);
 }
 
 std::vector<std::string> runs_as_ranges(const std::vector<std::string>& entries) {

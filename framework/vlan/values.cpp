@@ -24,11 +24,10 @@ struct Bounds {
   const char* high;
 };
 
-constexpr std::array<Bounds, 3> kBounds{{
-    {"low-vlan-id", "high-vlan-id"},
-    {"inner-low-vlan-id", "inner-high-vlan-id"},
-    {"outer-low-vlan-id", "outer-high-vlan-id"},
-}};
+constexpr Bounds kBounds[] = {
+#define RANGE(low, high) {low, high},
+#include "framework/vlan/vlan_rules.def"
+};
 
 std::optional<int> number(std::string_view text) {
   int value = 0;
@@ -56,6 +55,13 @@ std::optional<Ids> ids_of(std::string_view entry) {
       {.tag = "invalid-value", .path = path_of(node), .message = std::move(message), .bad_element = LYD_NAME(node)});
 }
 
+bool wants_tag(std::string_view action) {
+#define TAGGED_ACTION(name) \
+  if (action == name) return true;
+#include "framework/vlan/vlan_rules.def"
+  return false;
+}
+
 class Check {
  public:
   // Without `resulting`, what is checked is all that there is.
@@ -76,10 +82,7 @@ class Check {
  private:
   const lyd_node* resulting(const lyd_node* node) const {
     if (resulting_ == nullptr) return node;
-    lyd_node* found = nullptr;
-    if (resulting_->empty()) return nullptr;
-    const LY_ERR result = lyd_find_path(resulting_->get(), path_of(node).c_str(), 0, &found);
-    return result == LY_SUCCESS ? found : nullptr;
+    return counterpart(*resulting_, node);
   }
 
   // The leaf of this name, unless the operation none leaves it alone.
@@ -144,7 +147,7 @@ class Check {
     const lyd_node* const leaf = child_named(there, "vlan-stack-action");
     const std::string_view value = lyd_get_value(leaf);
     const std::string_view action = value.substr(value.find(':') + 1);
-    if (action != "PUSH" && action != "SWAP") return;
+    if (!wants_tag(action)) return;
     warnings_.push_back(
         {path_of(leaf), fmt::format("{} without 'vlan-id': no id of the tag to put on is written natively, and none "
                                     "reads back unless the device holds one already",

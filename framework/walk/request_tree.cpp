@@ -41,6 +41,8 @@ bool is_key_node(const lyd_node* node) {
   return schema != nullptr && schema->nodetype == LYS_LEAF && lysc_is_key(schema);
 }
 
+}  // namespace
+
 bool contains_removal(const lyd_node* node, Operation outer) {
   const Operation own = operation_of(node, outer);
   if (removes(own)) return true;
@@ -50,8 +52,6 @@ bool contains_removal(const lyd_node* node, Operation outer) {
   }
   return false;
 }
-
-}  // namespace
 
 struct RequestTree::Builder {
   std::pmr::memory_resource& arena;

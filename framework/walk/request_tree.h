@@ -13,6 +13,9 @@ struct lyd_node;
 
 namespace yfw {
 
+// True when something of an edit goes, at the node or below it; `outer` is what the node inherits.
+bool contains_removal(const lyd_node* node, Operation outer);
+
 // All nodes of one request, in one arena: children are contiguous, texts writable, everything goes at once.
 class RequestTree {
  public:

@@ -1,5 +1,7 @@
 /* The generated exports: entry walkers, default handlers, and every per-node handler and augment hook.
  *
+ * This file is made from the plug-in's rows: scripts/make-handlers writes it anew.
+ *
  * Handlers and hooks are weak: a definition of the same name in a library or a host that comes before this one in the
  * lookup order takes the place of the one here, for every walker. Include this header where you define it, so that the
  * compiler checks its type.

@@ -33,14 +33,20 @@ typedef struct imc_find_reply {
   cerrno status;
 } imc_find_reply;
 
+/* Bits of an interface's flags. */
+enum { IMC_FLAG_L2_TRANSPORT = 0x1000 };
+
 typedef struct imc_flags_reply {
-  uint32_t flags; /* bit 12 (0x1000): an L2 transport interface */
+  uint32_t flags; /* IMC_FLAG_... */
   cerrno status;
 } imc_flags_reply;
 
 /* Look `count` interfaces up, or their flags; one reply each. Non-zero when the call as a whole failed. */
 cerrno imc_interface_find(void* conn, uint32_t count, const imc_find_request* requests, imc_find_reply* replies);
 cerrno imc_interface_get_flags(void* conn, uint32_t count, const uint32_t* handles, imc_flags_reply* replies);
+
+/* The flags word with which mapping plug-ins connect to the system database. */
+enum { SYSDB_BIND_FLAGS = 4 };
 
 /* Connects to the system database at `path`; 0 on success. */
 int _sysdb_bind(uint64_t* connid, const char* path, uint32_t flags);

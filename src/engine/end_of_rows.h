@@ -1,7 +1,5 @@
 // Forgets the row forms, so that the same rows can be read again as something else.
-#undef ENTRY
-#undef ROOT
-#undef SECOND_WALKER
+#undef NODE
 #undef CONTAINER
 #undef CONTAINER_TO
 #undef CONTAINER_UNMAPPED
@@ -10,5 +8,7 @@
 #undef LEAF
 #undef LEAF_TO
 #undef LEAF_UNMAPPED
-#undef OC_VLAN_TEXT
-#undef OC_VLAN_TEXT_OF
+#undef DEFAULT_HANDLERS
+#undef ENTRY
+#undef ROOT
+#undef SECOND_WALKER

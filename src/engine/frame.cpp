@@ -7,12 +7,12 @@
 
 namespace oc_vlan {
 
-void require_context(const yfw_map_ctx* ctx, const char* function, const char* file, int line) {
+void stop_without_context(const char* function, const char* file, int line) {
   // assert() would vanish from release builds and show the macro's own text.
-  if (ctx == nullptr) __assert_fail("((void *)0) != ctx", file, static_cast<unsigned>(line), function);
+  __assert_fail("((void *)0) != ctx", file, static_cast<unsigned>(line), function);
 }
 
-cerrno invalid_arguments(const Frame& frame, int line) {
+cerrno invalid_arguments(Frame frame, int line) {
   OC_VLAN_ERROR_AT(line, frame, "Invalid arguments passed!");
   yfw_oc_error_path(frame.ctx);
   return CERR_INVALID_ARGS;
@@ -42,31 +42,6 @@ cerrno unsupported_element(yfw_map_ctx* ctx, const char* tag, const char* owner,
   store_error_tag(ctx, tag, owner);
   yfw_oc_error_path(ctx);
   return code;
-}
-
-namespace {
-
-// No read kind: what a context without a request counts as.
-constexpr uint32_t kEditKind = 1;
-
-uint32_t request_kind(const yfw_map_ctx* ctx) {
-  if (ctx->req_state == nullptr || ctx->req_state->request_kind == nullptr) return kEditKind;
-  return *ctx->req_state->request_kind;
-}
-
-}  // namespace
-
-bool same(const char* left, const char* right) {
-  return left != nullptr && right != nullptr && yfw_map_do_these_match(left, right) != 0;
-}
-
-bool is_read(const yfw_map_ctx* ctx) {
-  const uint32_t kind = request_kind(ctx);
-  return kind == 0 || kind == 10;
-}
-
-bool is_state_read(const yfw_map_ctx* ctx) {
-  return request_kind(ctx) == 10;
 }
 
 }  // namespace oc_vlan

@@ -6,11 +6,16 @@
 
 namespace oc_vlan {
 
+[[noreturn, gnu::cold]] void stop_without_context(const char* function, const char* file, int line);
+
 // Stops the process when the context is null, in every build type.
-void require_context(const yfw_map_ctx* ctx, const char* function, const char* file, int line);
+inline void require_context(const yfw_map_ctx* ctx, const char* function, const char* file, int line) {
+  if (ctx == nullptr) [[unlikely]]
+    stop_without_context(function, file, line);
+}
 
 // "Invalid arguments passed!", the error path, CERR_INVALID_ARGS.
-cerrno invalid_arguments(const Frame& frame, int line);
+[[gnu::cold]] cerrno invalid_arguments(Frame frame, int line);
 
 // Replaces `error_tag` by an owned copy of `tag` (the older one is released first); a null tag leaves none.
 // Nothing without a request.
@@ -23,13 +28,26 @@ void store_error_message(yfw_map_ctx* ctx, const char* text, const char* owner);
 cerrno unsupported_element(yfw_map_ctx* ctx, const char* tag, const char* owner, cerrno code);
 
 // True when both texts are given and the framework calls them equal.
-bool same(const char* left, const char* right);
+inline bool same(const char* left, const char* right) {
+  return left != nullptr && right != nullptr && yfw_map_do_these_match(left, right) != 0;
+}
 
-// True for the two read kinds, 0 and 10. A context without a request counts as an edit.
-bool is_read(const yfw_map_ctx* ctx);
+// The kind of the request. A context without a request counts as an edit.
+inline uint32_t request_kind(const yfw_map_ctx* ctx) {
+  if (ctx->req_state == nullptr || ctx->req_state->request_kind == nullptr) return YFW_REQUEST_EDIT;
+  return *ctx->req_state->request_kind;
+}
 
-// True for request kind 10, the read that includes state.
-bool is_state_read(const yfw_map_ctx* ctx);
+// True for the two reads.
+inline bool is_read(const yfw_map_ctx* ctx) {
+  const uint32_t kind = request_kind(ctx);
+  return kind == YFW_REQUEST_READ || kind == YFW_REQUEST_READ_STATE;
+}
+
+// True for the read that includes state.
+inline bool is_state_read(const yfw_map_ctx* ctx) {
+  return request_kind(ctx) == YFW_REQUEST_READ_STATE;
+}
 
 inline constexpr char kTagOwner[] = "YFW MAP";
 inline constexpr char kMessageOwner[] = "YFW_MAP";

@@ -3,13 +3,7 @@
 
 namespace oc_vlan {
 
-cerrno begin_container(const Frame& frame, int line, const yfw_datatree* node, const yfw_datatree* output) {
-  OC_VLAN_REQUIRE_CONTEXT(frame.ctx, frame.function);
-  OC_VLAN_TRACE_AT(line, frame, "Start");
-  return node == nullptr || output == nullptr ? invalid_arguments(frame, line) : 0;
-}
-
-cerrno refuse_arguments(const Frame& frame, int line) {
+cerrno refuse_arguments(Frame frame, int line) {
   OC_VLAN_REQUIRE_CONTEXT(frame.ctx, frame.function);
   return invalid_arguments(frame, line);
 }
@@ -21,7 +15,7 @@ cerrno refuse_leaf(yfw_map_ctx* ctx, const yfw_datatree* node) {
   return CERR_UNSUPPORTED;
 }
 
-cerrno refuse_augmentation(const Frame& frame, int line, const yfw_datatree* node, yfw_datatree* output) {
+cerrno refuse_augmentation(Frame frame, int line, const yfw_datatree* node, yfw_datatree* output) {
   OC_VLAN_REQUIRE_CONTEXT(frame.ctx, frame.function);
   if (node == nullptr || output == nullptr) return invalid_arguments(frame, line);
   if (yfw_map_is_request_add(frame.ctx, node, output) == 0) return 0;

@@ -1,13 +1,11 @@
-// Turns the rows of a family into its per-node handlers. The including file defines OC_VLAN_NAME(name), which puts the
-// family's prefix before a name, and then includes the family's rows.
+// Turns the rows of a family into its default handlers and its per-node handlers. The including file defines
+// OC_VLAN_NAME(name), the exported name, and OC_VLAN_ROWS, the file of rows.
+#include "engine/families.h"
 #include "engine/handler.h"
+#include "oc_vlan/handlers.h"
+#include "oc_vlan/oc_vlan.h"
 
-#define OC_VLAN_TEXT_OF(name) #name
-#define OC_VLAN_TEXT(name) OC_VLAN_TEXT_OF(name)
-#define OC_VLAN_FRAME(name) (::oc_vlan::Frame{ctx, OC_VLAN_TEXT(OC_VLAN_NAME(name))})
-#define OC_VLAN_DEFAULT(name) [[gnu::weak, gnu::alias(OC_VLAN_TEXT(OC_VLAN_NAME(name)))]]
-
-#define OC_VLAN_DEFAULT_HANDLERS                                                                        \
+#define DEFAULT_HANDLERS()                                                                              \
   cerrno OC_VLAN_NAME(duck_map_container)(yfw_map_ctx*, const yfw_datatree*, uint32_t, yfw_datatree*) { \
     return 0;                                                                                           \
   }                                                                                                     \
@@ -18,8 +16,8 @@
     return ::oc_vlan::refuse_leaf(ctx, node);                                                           \
   }
 
-#define ENTRY(name)
-#define SECOND_WALKER(row, walker)
+#define OC_VLAN_FRAME(name) (::oc_vlan::Frame{ctx, OC_VLAN_TEXT(OC_VLAN_NAME(name))})
+#define OC_VLAN_DEFAULT(name) [[gnu::weak, gnu::alias(OC_VLAN_TEXT(OC_VLAN_NAME(name)))]]
 
 #define ROOT(walker)                                                                                      \
   [[gnu::weak]] cerrno OC_VLAN_NAME(cont_##walker)(yfw_map_ctx * ctx, const yfw_datatree* node, uint32_t, \
@@ -62,3 +60,5 @@
 #define LEAF_UNMAPPED(walker, parent, tag) \
   OC_VLAN_DEFAULT(duck_map_leaf)           \
   cerrno OC_VLAN_NAME(leaf_##walker)(yfw_map_ctx*, const yfw_datatree*, yfw_datatree*);
+
+#include OC_VLAN_ROWS

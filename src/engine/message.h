@@ -16,24 +16,23 @@ struct Frame {
   const char* function;
 };
 
-// One message of the source: its level, both formats, its line, and the word that the platform's log keeps for it.
+// One message of the source: its level, both formats, and the word that the platform's log keeps for it.
 struct MessageSite {
-  int level;  // 0 error, 3 trace
+  int level;  // YFW_DEBUG_ERROR or YFW_DEBUG_TRACE
   const char* log_format;
   const char* trace_format;
   uint32_t* word;
 };
 
-inline constexpr int kErrorLevel = 0;
-inline constexpr int kTraceLevel = 3;
 inline constexpr uint64_t kTraceFlags = 0x10101000000;
 inline constexpr std::size_t kTraceLineSize = 250;
 
 template <typename... Extra>
-inline void emit(const Frame& frame, const MessageSite& site, int line, Extra... extra) {
+[[gnu::cold, gnu::noinline]] void write_message(Frame frame, const MessageSite& site, bool logs, int line,
+                                                Extra... extra) {
   yfw_map_ctx* const ctx = frame.ctx;
-  if (yfw_debug_should_log(&ctx->debug_filter, site.level) != 0) {
-    void* const handle = site.level == kErrorLevel ? ctx->err_log : ctx->trc_log;
+  if (logs) {
+    void* const handle = site.level == YFW_DEBUG_ERROR ? ctx->err_log : ctx->trc_log;
     _kos_dt_log_filter_adv(handle, 0, 0, 0, 0, 0, site.word, site.log_format, static_cast<void*>(ctx), extra...);
   }
   if (ctx->trace_on != 0) {
@@ -44,22 +43,32 @@ inline void emit(const Frame& frame, const MessageSite& site, int line, Extra...
   }
 }
 
+// Whether the debug log takes a line of that level.
+inline bool logs(const yfw_map_ctx* ctx, int level) {
+  return yfw_debug_should_log(&ctx->debug_filter, level) != 0;
+}
+
 }  // namespace oc_vlan
 
 // A message with its text written into the format; further arguments fill the text's own placeholders.
-// `line` is the source line that the trace shows: __LINE__, or the line of a node's row.
+// `line` is the source line that the trace shows: __LINE__, or the line of a node's row. Where nobody listens, which is
+// nearly always, a message costs the question whether somebody does: `frame`, `line` and the arguments are looked at
+// only for a message that is written.
 #define OC_VLAN_MESSAGE_AT(line, level, mark, frame, text, ...)                                                      \
   do {                                                                                                               \
-    static uint32_t oc_vlan_site_word = 0xffffffff;                                                                  \
-    ::oc_vlan::emit((frame),                                                                                         \
-                    ::oc_vlan::MessageSite{(level), mark ": YFW: ctx=%p," text, "#%u: " mark ": %s:%d ctx=%p," text, \
-                                           &oc_vlan_site_word},                                                      \
-                    (line)__VA_OPT__(, ) __VA_ARGS__);                                                               \
+    const bool oc_vlan_logs = ::oc_vlan::logs((frame).ctx, level);                                                   \
+    if (oc_vlan_logs || (frame).ctx->trace_on != 0) [[unlikely]] {                                                   \
+      static uint32_t oc_vlan_site_word = 0xffffffff;                                                                \
+      static constexpr ::oc_vlan::MessageSite oc_vlan_site{level, mark ": YFW: ctx=%p," text,                        \
+                                                           "#%u: " mark ": %s:%d ctx=%p," text, &oc_vlan_site_word}; \
+      const ::oc_vlan::Frame& oc_vlan_frame = (frame);                                                               \
+      ::oc_vlan::write_message(oc_vlan_frame, oc_vlan_site, oc_vlan_logs, (line)__VA_OPT__(, ) __VA_ARGS__);         \
+    }                                                                                                                \
   } while (false)
 
 #define OC_VLAN_ERROR_AT(line, frame, text, ...) \
-  OC_VLAN_MESSAGE_AT(line, ::oc_vlan::kErrorLevel, "ERR", frame, text __VA_OPT__(, ) __VA_ARGS__)
+  OC_VLAN_MESSAGE_AT(line, YFW_DEBUG_ERROR, "ERR", frame, text __VA_OPT__(, ) __VA_ARGS__)
 #define OC_VLAN_TRACE_AT(line, frame, text, ...) \
-  OC_VLAN_MESSAGE_AT(line, ::oc_vlan::kTraceLevel, "TRC", frame, text __VA_OPT__(, ) __VA_ARGS__)
+  OC_VLAN_MESSAGE_AT(line, YFW_DEBUG_TRACE, "TRC", frame, text __VA_OPT__(, ) __VA_ARGS__)
 #define OC_VLAN_ERROR(frame, text, ...) OC_VLAN_ERROR_AT(__LINE__, frame, text __VA_OPT__(, ) __VA_ARGS__)
 #define OC_VLAN_TRACE(frame, text, ...) OC_VLAN_TRACE_AT(__LINE__, frame, text __VA_OPT__(, ) __VA_ARGS__)

@@ -33,10 +33,19 @@ struct Row {
   const char* key = nullptr;  // of a list
   const char* list_path = nullptr;
 
-  // Filled in by `link`.
-  int first_child = kNone;
-  int next_sibling = kNone;
+  // Filled in by `link`: how many rows further on, 0 where there is none.
+  int to_first_child = 0;
+  int to_next_sibling = 0;
+  bool holds_state = false;
 };
+
+constexpr const Row* first_child(const Row& row) {
+  return row.to_first_child != 0 ? &row + row.to_first_child : nullptr;
+}
+
+constexpr const Row* next_sibling(const Row& row) {
+  return row.to_next_sibling != 0 ? &row + row.to_next_sibling : nullptr;
+}
 
 template <int N>
 struct Table {
@@ -48,11 +57,6 @@ constexpr bool same_text(const char* left, const char* right) {
   return *left == *right;
 }
 
-// OpenConfig separates what is from what was asked by this name of a container.
-constexpr bool holds_state(const Row& row) {
-  return same_text(row.tag, "state");
-}
-
 // Makes children reachable, in the order of their rows.
 template <int N>
 constexpr Table<N> link(const Row (&rows)[N]) {
@@ -60,9 +64,12 @@ constexpr Table<N> link(const Row (&rows)[N]) {
   for (int i = 0; i < N; ++i) table.rows[i] = rows[i];
   for (int i = N - 1; i >= 0; --i) {
     Row& row = table.rows[i];
+    // OpenConfig separates what is from what was asked by this name of a container.
+    row.holds_state = row.tag != nullptr && same_text(row.tag, "state");
     if (row.parent < 0 || row.parent >= i) continue;
-    row.next_sibling = table.rows[row.parent].first_child;
-    table.rows[row.parent].first_child = i;
+    Row& parent = table.rows[row.parent];
+    if (parent.to_first_child != 0) row.to_next_sibling = row.parent + parent.to_first_child - i;
+    parent.to_first_child = i - row.parent;
   }
   return table;
 }
@@ -87,7 +94,7 @@ constexpr bool only_entries_and_roots_have_no_parent(const Table<N>& table) {
 template <int N>
 constexpr bool leaves_have_no_children(const Table<N>& table) {
   for (const Row& row : table.rows) {
-    if (row.kind == Kind::kLeaf && row.first_child != kNone) return false;
+    if (row.kind == Kind::kLeaf && first_child(row) != nullptr) return false;
   }
   return true;
 }
@@ -96,7 +103,7 @@ template <int N>
 constexpr bool entries_have_one_child(const Table<N>& table) {
   for (const Row& row : table.rows) {
     if (row.kind != Kind::kEntry) continue;
-    if (row.first_child == kNone || table.rows[row.first_child].next_sibling != kNone) return false;
+    if (first_child(row) == nullptr || next_sibling(*first_child(row)) != nullptr) return false;
   }
   return true;
 }
@@ -104,8 +111,8 @@ constexpr bool entries_have_one_child(const Table<N>& table) {
 template <int N>
 constexpr bool tags_are_unique_under_their_parent(const Table<N>& table) {
   for (const Row& row : table.rows) {
-    for (int i = row.next_sibling; i != kNone; i = table.rows[i].next_sibling) {
-      if (same_text(row.tag, table.rows[i].tag)) return false;
+    for (const Row* other = next_sibling(row); other != nullptr; other = next_sibling(*other)) {
+      if (same_text(row.tag, other->tag)) return false;
     }
   }
   return true;

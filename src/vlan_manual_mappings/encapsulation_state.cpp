@@ -3,7 +3,7 @@
 
 #include "oc_vlan/oc_vlan.h"
 #include "vlan_manual_mappings/identity.h"
-#include "vlan_manual_mappings/paths.h"
+#include "vlan_manual_mappings/native.h"
 
 namespace oc_vlan {
 namespace {
@@ -54,7 +54,7 @@ struct Range {
 };
 
 Range range_of(const yfw_datatree& vlan_range) {
-  return {child_text(vlan_range, "vlan-id-low"), child_text(vlan_range, "vlan-id-high")};
+  return {child_text(vlan_range, native::kRangeLow), child_text(vlan_range, native::kRangeHigh)};
 }
 
 bool single_id(const Range& range) {
@@ -71,8 +71,8 @@ struct Tag {
 
 Tag tag_of(const yfw_datatree& node) {
   const char* const ranges = child_text(node, "number-of-ranges");
-  const yfw_datatree* const first = first_child(node, "vlan-range");
-  return {&node, child_text(node, "ethertype"), ranges != nullptr ? std::strtol(ranges, nullptr, 10) : 0,
+  const yfw_datatree* const first = first_child(node, native::kVlanRange);
+  return {&node, child_text(node, native::kEthertype), ranges != nullptr ? std::strtol(ranges, nullptr, 10) : 0,
           first != nullptr ? range_of(*first) : Range{nullptr, nullptr}};
 }
 
@@ -87,7 +87,7 @@ TagsToMatch tags_to_match(const yfw_datatree& details) {
   for (const yfw_datatree& instance : children(details)) {
     if (!has_tag(instance, "service-instance-details")) continue;
     for (const yfw_datatree& child : children(instance)) {
-      if (!has_tag(child, "tags-to-match")) continue;
+      if (!has_tag(child, native::kTagsToMatch)) continue;
       if (tags.count < std::size(tags.nodes)) tags.nodes[tags.count] = &child;
       ++tags.count;
     }
@@ -96,9 +96,9 @@ TagsToMatch tags_to_match(const yfw_datatree& details) {
 }
 
 void match_one_tag(State& state, const Tag& tag) {
-  if (!same(tag.ethertype, "dot1q")) return;
+  if (!same(tag.ethertype, native::kDot1q)) return;
   for (const yfw_datatree& child : children(*tag.node)) {
-    if (!has_tag(child, "vlan-range")) continue;
+    if (!has_tag(child, native::kVlanRange)) continue;
     const Range range = range_of(child);
     if (tag.ranges >= 2) {
       // A list is told by the low ends alone.
@@ -114,9 +114,9 @@ void match_one_tag(State& state, const Tag& tag) {
 
 // Adds the low end of every range of a tag but the first.
 void further_ids(State& state, const char* path, const Tag& tag) {
-  const yfw_datatree* const first = first_child(*tag.node, "vlan-range");
+  const yfw_datatree* const first = first_child(*tag.node, native::kVlanRange);
   for (const yfw_datatree& child : children(*tag.node)) {
-    if (&child != first && has_tag(child, "vlan-range")) state.entry(path, range_of(child).low);
+    if (&child != first && has_tag(child, native::kVlanRange)) state.entry(path, range_of(child).low);
   }
 }
 
@@ -128,7 +128,7 @@ void id_list(State& state, const char* path, const char* first_id, const Tag& ou
 }
 
 void match_two_tags(State& state, const Tag& outer, const Tag& inner) {
-  if (!same(outer.ethertype, "dot1ad") || !same(inner.ethertype, "dot1q")) return;
+  if (!same(outer.ethertype, native::kDot1ad) || !same(inner.ethertype, native::kDot1q)) return;
   if (outer.ranges >= 2) {
     id_list(state, OC_MATCH "double-tagged-outer-list/state/outer-vlan-ids", outer.first.low, outer, inner);
     if (state.result() == 0) state.leaf(OC_MATCH "double-tagged-outer-list/state/inner-vlan-id", inner.first.low);
@@ -155,7 +155,7 @@ void match(State& state, const yfw_datatree& details) {
   if (tags.count == 2) match_two_tags(state, tag_of(*tags.nodes[0]), tag_of(*tags.nodes[1]));
 }
 
-constexpr ValueName kTpids[] = {{"dot1ad", "TPID_0X88A8"}, {"dot1q", "TPID_0X8100"}};
+constexpr ValueName kTpids[] = {{native::kDot1ad, kTpidDot1ad}, {native::kDot1q, kTpidDot1q}};
 
 // What a rewrite does, by the number of tags that it pushes and pops.
 struct StackAction {
@@ -163,7 +163,7 @@ struct StackAction {
   const char* pops;
   const char* name;
 };
-constexpr StackAction kStackActions[] = {{0, "1", "POP"}, {1, "0", "PUSH"}, {1, "1", "SWAP"}};
+constexpr StackAction kStackActions[] = {{0, "1", kPop}, {1, "0", kPush}, {1, "1", kSwap}};
 
 void ingress_mapping(State& state, const yfw_datatree& details) {
   const yfw_datatree* const instance = last_child(details, "service-instance-details");
@@ -179,7 +179,7 @@ void ingress_mapping(State& state, const yfw_datatree& details) {
     if (pushes == 0) return;
     const yfw_datatree& pushed = *first_child(*instance, "pushe");
     // A tag that cannot be told is still added, without a value: the framework then knows of it and leaves it out.
-    state.identity(OC_INGRESS_MAPPING "state/tpid", translated(kTpids, child_text(pushed, "ethertype")));
+    state.identity(OC_INGRESS_MAPPING "state/tpid", translated(kTpids, child_text(pushed, native::kEthertype)));
     state.leaf(OC_INGRESS_MAPPING "state/vlan-id", child_text(pushed, "vlan-id"));
   }
 }

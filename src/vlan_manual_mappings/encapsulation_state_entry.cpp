@@ -75,8 +75,7 @@ cerrno add_interface(const Call& call, const SubinterfaceName& name) {
 cerrno find_or_add_subinterface(const Call& call, const SubinterfaceName& name, const yfw_node_slot& interface) {
   yfw_node_slot found{nullptr};
   cerrno result = 0;
-  if (yfw_map_search_list(call.ctx, interface.node, &found, "/subinterfaces/subinterface", name.index(), "index",
-                          nullptr) != 0) {
+  if (yfw_map_search_list(call.ctx, interface.node, &found, OC_BELOW_INTERFACE, name.index(), "index", nullptr) != 0) {
     result = add_subinterface(call, interface);
   } else if (list_slot(call.ctx) != nullptr) {
     *list_slot(call.ctx) = found;

@@ -13,7 +13,6 @@ const char* translated(std::span<const ValueName> names, const char* value) {
 namespace {
 
 constexpr std::size_t kMessageSize = 200;
-constexpr uint8_t kIdentityValue = 0x10;
 
 void record_foreign(const Call& call, const IdentityLeaf& leaf) {
   leaf.log_foreign(call);
@@ -51,7 +50,7 @@ cerrno add_identity(const Call& call, const char* path, const char* value, AddFo
   const cerrno result = add_path(call, path, YFW_OPENCONFIG_VLAN_NS, value, nullptr, form, &added);
   if (added.node != nullptr) {
     added.node->value_ns = yfw_strdup(YFW_OPENCONFIG_VLAN_TYPES_NS, "YFW_OPENCONFIG_VLAN_TYPES_NS");
-    added.node->key_flags |= kIdentityValue;
+    added.node->key_flags |= YFW_KEY_IDENTITY_VALUE;
   }
   return result;
 }

@@ -5,6 +5,15 @@
 
 namespace oc_vlan {
 
+// Identities of the VLAN types module.
+inline constexpr char kPush[] = "PUSH";
+inline constexpr char kPop[] = "POP";
+inline constexpr char kSwap[] = "SWAP";
+inline constexpr char kTpidDot1q[] = "TPID_0X8100";
+inline constexpr char kTpidDot1ad[] = "TPID_0X88A8";
+inline constexpr char kAccess[] = "ACCESS";
+inline constexpr char kTrunk[] = "TRUNK";
+
 // One name and what it is called on the other side.
 struct ValueName {
   const char* from;

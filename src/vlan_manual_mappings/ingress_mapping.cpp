@@ -7,8 +7,8 @@
 namespace oc_vlan {
 namespace {
 
-constexpr ValueName kStackActions[] = {{"PUSH", "push1"}, {"POP", "pop1"}, {"SWAP", "translate1to1"}};
-constexpr ValueName kTpids[] = {{"TPID_0X88A8", "match-dot1ad"}, {"TPID_0X8100", "match-dot1q"}};
+constexpr ValueName kStackActions[] = {{kPush, native::kPush}, {kPop, native::kPop}, {kSwap, native::kTranslate}};
+constexpr ValueName kTpids[] = {{kTpidDot1ad, native::kMatchDot1ad}, {kTpidDot1q, native::kMatchDot1q}};
 
 void log_foreign_stack_action(const Frame& frame) {
   OC_VLAN_ERROR(frame, " vlan-stack-action node validation failed!");
@@ -33,12 +33,12 @@ constexpr IdentityLeaf kTpid{.name = "tpid",
 constexpr char kEncapsulationDetails[] = OPER_INTERFACE "/encapsulation-details";
 
 cerrno add_stack_action(const Call& call) {
-  constexpr char kPath[] = REWRITE "rewrite-type";
+  constexpr const char* kPath = native::kRewriteType.path;
   switch (request_case(call)) {
     case RequestCase::kRead:
       return add_native(call, kPath, call.node->value, nullptr);
     case RequestCase::kDelete:
-      return add_native(call, REWRITE, nullptr, call.node);
+      return add_native(call, native::kRewrite, nullptr, call.node);
     case RequestCase::kWrite:
       break;
   }
@@ -49,7 +49,7 @@ cerrno add_stack_action(const Call& call) {
 }
 
 cerrno add_tpid(const Call& call) {
-  constexpr char kPath[] = REWRITE "outer-tag-type";
+  constexpr const char* kPath = native::kRewriteTagType.path;
   switch (request_case(call)) {
     case RequestCase::kRead:
       return add_native(call, kPath, call.node->value, nullptr);
@@ -74,7 +74,7 @@ cerrno oc2_vex_ingress_mapping_cfg_vlanstackaction(yfw_map_ctx* ctx, const yfw_d
 }
 
 cerrno oc2_vex_ingress_mapping_cfg_vlanid(yfw_map_ctx* ctx, const yfw_datatree* node, yfw_datatree* output) {
-  return copied_leaf({{ctx, __func__}, node, output}, REWRITE "outer-tag-value");
+  return copied_leaf({{ctx, __func__}, node, output}, native::kRewriteTagValue.path);
 }
 
 cerrno oc2_vex_ingress_mapping_cfg_tpid(yfw_map_ctx* ctx, const yfw_datatree* node, yfw_datatree* output) {

@@ -78,9 +78,6 @@ cerrno classified_id(const Call& call, const ClassifiedId& id) {
 
 namespace {
 
-// High end of a list, one above the highest VLAN id: not a bound but the sign by which a list is known again.
-constexpr char kListMarker[] = "4097";
-
 cerrno refused(const Call& call, const char* message) {
   store_error_message(call.ctx, message, kMessageOwner);
   yfw_oc_error_path(call.ctx);
@@ -98,7 +95,7 @@ cerrno fetch_list(const Call& call, const ListContainer& list) {
 cerrno mark_list(const Call& call, const ListContainer& list) {
   const cerrno result = add_native(call, list.tag_type, list.tag_type_text, call.node);
   if (result != 0 || list.marker == nullptr) return result;
-  return add_native(call, list.marker, kListMarker, call.node);
+  return add_native(call, list.marker, native::kListMarker, call.node);
 }
 
 cerrno write_list(const Call& call, uint32_t count, const ListContainer& list) {
@@ -139,7 +136,7 @@ cerrno list_container(const Call& call, uint32_t count, const ListContainer& lis
     case RequestCase::kRead:
       return end(call, fetch_list(call, list));
     case RequestCase::kDelete:
-      return end(call, add_native(call, ENCAPSULATION, nullptr, call.node));
+      return end(call, add_native(call, native::kEncapsulation, nullptr, call.node));
     case RequestCase::kWrite:
       break;
   }

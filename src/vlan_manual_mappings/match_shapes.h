@@ -3,7 +3,7 @@
 
 #include "engine/request.h"
 #include "oc_vlan/oc_vlan.h"
-#include "vlan_manual_mappings/paths.h"
+#include "vlan_manual_mappings/native.h"
 
 namespace oc_vlan {
 
@@ -49,13 +49,11 @@ struct ListContainer {
 cerrno list_container(const Call& call, uint32_t count, const ListContainer& list);
 
 // Pairs of the encapsulation container.
-inline constexpr char kDot1q[] = "match-dot1q";
-inline constexpr char kDot1ad[] = "match-dot1ad";
-inline constexpr LowPair kSingleOuterPair{ENCAPSULATION "outer-range1-low", ENCAPSULATION "outer-tag-type", kDot1q,
-                                          ENCAPSULATION};
-inline constexpr LowPair kDoubleOuterPair{ENCAPSULATION "outer-range1-low", ENCAPSULATION "outer-tag-type", kDot1ad,
-                                          ENCAPSULATION};
-inline constexpr LowPair kInnerPair{ENCAPSULATION "inner-range1-low", ENCAPSULATION "inner-tag-type", kDot1q,
-                                    ENCAPSULATION};
+inline constexpr LowPair kSingleOuterPair{native::kOuterLow.path, native::kOuterTagType.path, native::kMatchDot1q,
+                                          native::kEncapsulation};
+inline constexpr LowPair kDoubleOuterPair{native::kOuterLow.path, native::kOuterTagType.path, native::kMatchDot1ad,
+                                          native::kEncapsulation};
+inline constexpr LowPair kInnerPair{native::kInnerLow.path, native::kInnerTagType.path, native::kMatchDot1q,
+                                    native::kEncapsulation};
 
 }  // namespace oc_vlan

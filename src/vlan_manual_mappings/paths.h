@@ -1,14 +1,14 @@
-// Prefixes of the paths that translations read and write. Leaves are added as string literals behind them.
+// Paths of containers. Leaves are written behind them as string literals.
 #pragma once
 
-// Native configuration. The L2 containers are written relative and the L3 ones absolute: requesters see both forms in
-// the paths that a read fetches.
-#define ENCAPSULATION "interface-configurations/interface-configuration/ethernet-service/encapsulation/"
-#define REWRITE "interface-configurations/interface-configuration/ethernet-service/rewrite/"
-#define VLAN_IDENTIFIER "/interface-configurations/interface-configuration/vlan-sub-configuration/vlan-identifier/"
-#define TRUNK_CONFIGURATION "/interface-configurations/interface-configuration/vlan-trunk-configuration/"
-#define NATIVE_VLAN_IDENTIFIER TRUNK_CONFIGURATION "native-vlan-identifier/"
-#define VLAN_SWITCHED TRUNK_CONFIGURATION "vlan-switched/"
+// Containers of native configuration, without the "/" that makes a path absolute.
+#define NATIVE_INTERFACE "interface-configurations/interface-configuration"
+#define ENCAPSULATION NATIVE_INTERFACE "/ethernet-service/encapsulation"
+#define REWRITE NATIVE_INTERFACE "/ethernet-service/rewrite"
+#define VLAN_IDENTIFIER NATIVE_INTERFACE "/vlan-sub-configuration/vlan-identifier"
+#define TRUNK_CONFIGURATION NATIVE_INTERFACE "/vlan-trunk-configuration"
+#define NATIVE_VLAN_IDENTIFIER TRUNK_CONFIGURATION "/native-vlan-identifier"
+#define VLAN_SWITCHED TRUNK_CONFIGURATION "/vlan-switched"
 
 // Native operational data.
 #define OPER_INTERFACE "/vlan/nodes/node/interfaces/interface"
@@ -16,7 +16,8 @@
 
 // OpenConfig.
 #define OC_INTERFACE "/interfaces/interface"
-#define OC_SUBINTERFACE OC_INTERFACE "/subinterfaces/subinterface"
+#define OC_BELOW_INTERFACE "/subinterfaces/subinterface"
+#define OC_SUBINTERFACE OC_INTERFACE OC_BELOW_INTERFACE
 #define OC_MATCH OC_SUBINTERFACE "/vlan/match/"
 #define OC_INGRESS_MAPPING OC_SUBINTERFACE "/vlan/ingress-mapping/"
 #define OC_ETHERNET OC_INTERFACE "/ethernet"

@@ -1,20 +1,15 @@
 // Interface names as the device's services know them.
 #pragma once
 
-#include <cstddef>
+#include "engine/text.h"
 
 namespace oc_vlan {
 
-// At most 63 characters of an interface name, "/" written as "_".
-struct PlatformName {
-  char text[64];
-};
-
-inline PlatformName platform_name(const char* interface) {
-  PlatformName name{};
-  for (std::size_t i = 0; i + 1 < sizeof name.text && interface[i] != '\0'; ++i) {
-    name.text[i] = interface[i] == '/' ? '_' : interface[i];
-  }
+// As much of an interface name as fits, "/" written as "_".
+template <std::size_t kSize = 64>
+Text<kSize> platform_name(const char* interface) {
+  Text<kSize> name;
+  name.append(interface, [](char each) { return each == '/' ? '_' : each; });
   return name;
 }
 

@@ -1,20 +1,19 @@
 // Native rewrite read back as the OpenConfig ingress mapping.
 #include "oc_vlan/oc_vlan.h"
 #include "vlan_manual_mappings/identity.h"
-#include "vlan_manual_mappings/paths.h"
+#include "vlan_manual_mappings/native.h"
 
 namespace oc_vlan {
 namespace {
 
-constexpr ValueName kRewriteTypes[] = {{"push1", "PUSH"}, {"pop1", "POP"}, {"translate1to1", "SWAP"}};
-constexpr ValueName kTagTypes[] = {{"match-dot1q", "TPID_0X8100"}, {"match-dot1ad", "TPID_0X88A8"}};
+constexpr ValueName kRewriteTypes[] = {{native::kPush, kPush}, {native::kPop, kPop}, {native::kTranslate, kSwap}};
+constexpr ValueName kTagTypes[] = {{native::kMatchDot1q, kTpidDot1q}, {native::kMatchDot1ad, kTpidDot1ad}};
 
 // A tag type or tag value means something only to a rewrite that puts a tag on. Without a rewrite type there is
 // nothing to say, and no failure either.
 bool pushes_a_tag(yfw_map_ctx* ctx) {
-  const Lookup type =
-      look_up(ctx, "/interface-configurations/interface-configuration/ethernet-service/rewrite", "rewrite-type");
-  return same(type.text, "push1") || same(type.text, "translate1to1");
+  const Lookup type = look_up(ctx, native::kRewriteType);
+  return same(type.text, native::kPush) || same(type.text, native::kTranslate);
 }
 
 cerrno add_name(const Call& call, const char* path, std::span<const ValueName> names) {

@@ -1,22 +1,15 @@
 // VLAN id of a routed sub-interface, "100" or "100.200", to and from the native VLAN identifier.
 #include <cstring>
 
-#include "engine/request.h"
+#include "engine/text.h"
 #include "oc_vlan/oc_vlan.h"
-#include "vlan_manual_mappings/paths.h"
+#include "vlan_manual_mappings/native.h"
 
 namespace oc_vlan {
 namespace {
 
-constexpr char kVlanType[] = VLAN_IDENTIFIER "vlan-type";
-constexpr char kFirstTag[] = VLAN_IDENTIFIER "first-tag";
-constexpr char kSecondTag[] = VLAN_IDENTIFIER "second-tag";
-constexpr char kDot1q[] = "vlan-type-dot1q";
-constexpr char kDot1ad[] = "vlan-type-dot1ad";
-
-constexpr uint32_t kDelete = 3;
-constexpr uint32_t kRemove = 4;
-constexpr uint8_t kOperationRewritten = 0x10;
+// "4094.4094", and its end.
+constexpr std::size_t kVlanIdSize = 10;
 
 // Codes of the C library, not of the framework, reach the requester for an id that cannot be parsed.
 constexpr cerrno kUnparsableId = 22;
@@ -31,18 +24,19 @@ cerrno remove_second_tag(const Call& call) {
   // Nodes of a request are lent read-only but for their operation, which walkers rewrite too.
   auto& node = const_cast<yfw_datatree&>(*call.node);
   const uint32_t operation = node.operation;
-  node.operation = kRemove;
-  node.node_flags |= kOperationRewritten;
-  const cerrno result = add_native(call, kSecondTag, nullptr, call.node);
+  node.operation = YFW_OPERATION_REMOVE;
+  node.node_flags |= YFW_NODE_OPERATION_CHANGED;
+  const cerrno result = add_native(call, native::kSecondTag.path, nullptr, call.node);
   node.operation = operation;
   return result;
 }
 
 cerrno fetch_or_remove(const Call& call) {
-  const cerrno type = add_native(call, kVlanType, nullptr, call.node);
-  const cerrno first = add_native(call, kFirstTag, nullptr, call.node);
-  const cerrno second =
-      call.node->operation == kDelete ? remove_second_tag(call) : add_native(call, kSecondTag, nullptr, call.node);
+  const cerrno type = add_native(call, native::kVlanType.path, nullptr, call.node);
+  const cerrno first = add_native(call, native::kFirstTag.path, nullptr, call.node);
+  const cerrno second = call.node->operation == YFW_OPERATION_DELETE
+                            ? remove_second_tag(call)
+                            : add_native(call, native::kSecondTag.path, nullptr, call.node);
   return first_failure(type, first, second);
 }
 
@@ -58,7 +52,7 @@ cerrno parse(const Call& call, VlanIds& ids) {
   const char* const text = call.node->value;
   const char* const dot = std::strchr(text, '.');
   if (dot == nullptr) {
-    ids.type = kDot1q;
+    ids.type = native::kVlanTypeDot1q;
     ids.outer = text;
     return 0;
   }
@@ -70,7 +64,7 @@ cerrno parse(const Call& call, VlanIds& ids) {
   }
   const int copied = yfw_strncpy_s(call.function, ids.buffer, sizeof ids.buffer, text, length);
   ids.buffer[length] = '\0';
-  ids.type = kDot1ad;
+  ids.type = native::kVlanTypeDot1ad;
   ids.outer = ids.buffer;
   ids.inner = dot[1] != '\0' ? dot + 1 : nullptr;
   return static_cast<cerrno>(copied);
@@ -87,10 +81,10 @@ cerrno write_ids(const Call& call) {
     OC_VLAN_ERROR(call, "Failed to parse OC VLAN Id '%s'", call.node->value);
     return parsed;
   }
-  const cerrno type = add_native(call, kVlanType, ids.type, call.node);
-  const cerrno first = add_native(call, kFirstTag, ids.outer, call.node);
+  const cerrno type = add_native(call, native::kVlanType.path, ids.type, call.node);
+  const cerrno first = add_native(call, native::kFirstTag.path, ids.outer, call.node);
   const cerrno second =
-      ids.inner != nullptr ? add_native(call, kSecondTag, ids.inner, call.node) : remove_second_tag(call);
+      ids.inner != nullptr ? add_native(call, native::kSecondTag.path, ids.inner, call.node) : remove_second_tag(call);
   return first_failure(type, first, second);
 }
 
@@ -103,9 +97,9 @@ struct VlanIdentifier {
 };
 
 void read_vlan_type(const Call& call, const char* value, VlanIdentifier& identifier) {
-  if (same(value, kDot1ad)) {
+  if (same(value, native::kVlanTypeDot1ad)) {
     identifier.dot1ad = true;
-  } else if (same(value, kDot1q)) {
+  } else if (same(value, native::kVlanTypeDot1q)) {
     identifier.dot1q = true;
   } else {
     OC_VLAN_TRACE(call, "Ignoring tag with outer VLAN tag type '%s'", shown(value));
@@ -115,11 +109,11 @@ void read_vlan_type(const Call& call, const char* value, VlanIdentifier& identif
 void read_leaf(const Call& call, const yfw_datatree& leaf, VlanIdentifier& identifier) {
   if (!same(leaf.ns, YFW_VEXNET_OS_L2_ETH_INFRA_CFG_NS)) {
     OC_VLAN_TRACE(call, "Ignoring unexpected VLAN nodes in a different YANG namespace '%s'", shown(leaf.ns));
-  } else if (same(leaf.tag, "vlan-type")) {
+  } else if (same(leaf.tag, native::kVlanType.name)) {
     read_vlan_type(call, leaf.value, identifier);
-  } else if (same(leaf.tag, "first-tag")) {
+  } else if (same(leaf.tag, native::kFirstTag.name)) {
     identifier.first = leaf.value;
-  } else if (same(leaf.tag, "second-tag")) {
+  } else if (same(leaf.tag, native::kSecondTag.name)) {
     identifier.second = leaf.value;
   } else {
     OC_VLAN_TRACE(call, "Ignoring unexpected Native VLAN tag leaf node '%s'", shown(leaf.tag));
@@ -151,9 +145,7 @@ cerrno read_back(const Call& call, uint32_t count) {
     return add_vlan_id(call, identifier.first);
   }
   if (identifier.dot1ad && identifier.first != nullptr && identifier.second != nullptr) {
-    char joined[10];
-    std::snprintf(joined, sizeof joined, "%s.%s", identifier.first, identifier.second);
-    return add_vlan_id(call, joined);
+    return add_vlan_id(call, Text<kVlanIdSize>(identifier.first, ".", identifier.second).c_str());
   }
   return 0;
 }

@@ -1,8 +1,6 @@
 // What the sub-interface in work is: L2 or L3, and which VLAN match its native configuration stands for.
-#include <cstdio>
-
-#include "engine/request.h"
 #include "oc_vlan/oc_vlan.h"
+#include "vlan_manual_mappings/native.h"
 #include "vlan_manual_mappings/platform_name.h"
 
 const char* const vlan_match_type_string[10] = {"INVALID",
@@ -19,49 +17,43 @@ const char* const vlan_match_type_string[10] = {"INVALID",
 namespace oc_vlan {
 namespace {
 
-constexpr uint32_t kL2Flag = 0x1000;
 constexpr std::size_t kSubinterfaceNameSize = 63;
-
-constexpr char kEncapsulation[] = "/interface-configurations/interface-configuration/ethernet-service/encapsulation";
-constexpr char kVlanIdentifier[] =
-    "/interface-configurations/interface-configuration/vlan-sub-configuration/vlan-identifier";
 
 bool present(const Lookup& leaf) {
   return leaf.status == 0;
 }
 
 vlan_match_et single_tagged_type(yfw_map_ctx* ctx) {
-  const Lookup outer_high = look_up(ctx, kEncapsulation, "outer-range1-high");
-  const Lookup additional = look_up(ctx, kEncapsulation, "additional-range1-low");
+  const Lookup outer_high = look_up(ctx, native::kOuterHigh);
+  const Lookup additional = look_up(ctx, native::kAdditionalLow[0]);
   if (present(additional)) return SINGLE_TAG_LIST;
   return present(outer_high) ? SINGLE_TAG_RANGE : SINGLE_TAG;
 }
 
 vlan_match_et double_tagged_type(yfw_map_ctx* ctx) {
-  const Lookup additional = look_up(ctx, kEncapsulation, "additional-range1-low");
-  const Lookup outer_high = look_up(ctx, kEncapsulation, "outer-range1-high");
-  const Lookup inner_high = look_up(ctx, kEncapsulation, "inner-range1-high");
-  // One above the highest VLAN id: the sign of an outer list, never a bound.
-  const bool marked = same(outer_high.text, "4097");
+  const Lookup additional = look_up(ctx, native::kAdditionalLow[0]);
+  const Lookup outer_high = look_up(ctx, native::kOuterHigh);
+  const Lookup inner_high = look_up(ctx, native::kInnerHigh);
+  const bool marked = same(outer_high.text, native::kListMarker);
   if (present(additional)) return marked ? DOUBLE_TAG_OUTER_LIST : DOUBLE_TAG_INNER_LIST;
   if (present(inner_high)) return DOUBLE_TAG_INNER_RANGE;
   return present(outer_high) && !marked ? DOUBLE_TAG_OUTER_RANGE : DOUBLE_TAG;
 }
 
 vlan_match_et l2_type(yfw_map_ctx* ctx) {
-  const Lookup outer = look_up(ctx, kEncapsulation, "outer-tag-type");
-  const Lookup inner = look_up(ctx, kEncapsulation, "inner-tag-type");
+  const Lookup outer = look_up(ctx, native::kOuterTagType);
+  const Lookup inner = look_up(ctx, native::kInnerTagType);
   if (!present(outer)) return INVALID;
-  if (!present(inner)) return same(outer.text, "match-dot1q") ? single_tagged_type(ctx) : INVALID;
-  if (same(outer.text, "match-dot1ad") && same(inner.text, "match-dot1q")) return double_tagged_type(ctx);
+  if (!present(inner)) return same(outer.text, native::kMatchDot1q) ? single_tagged_type(ctx) : INVALID;
+  if (same(outer.text, native::kMatchDot1ad) && same(inner.text, native::kMatchDot1q)) return double_tagged_type(ctx);
   return INVALID;
 }
 
 vlan_match_et l3_type(yfw_map_ctx* ctx) {
-  const Lookup type = look_up(ctx, kVlanIdentifier, "vlan-type");
-  const Lookup second = look_up(ctx, kVlanIdentifier, "second-tag");
-  if (!present(second)) return same(type.text, "vlan-type-dot1q") ? SINGLE_TAG : INVALID;
-  return same(type.text, "vlan-type-dot1ad") ? DOUBLE_TAG : INVALID;
+  const Lookup type = look_up(ctx, native::kVlanType);
+  const Lookup second = look_up(ctx, native::kSecondTag);
+  if (!present(second)) return same(type.text, native::kVlanTypeDot1q) ? SINGLE_TAG : INVALID;
+  return same(type.text, native::kVlanTypeDot1ad) ? DOUBLE_TAG : INVALID;
 }
 
 }  // namespace
@@ -79,16 +71,17 @@ cerrno check_subintf_l2_or_l3(yfw_map_ctx* ctx, int* is_l2) {
     return 0;
   }
 
-  const PlatformName parent = platform_name(interface);
-  char name[kSubinterfaceNameSize];
   // A longer name is cut: what the interface manager then does not know counts as not L2.
-  if (std::snprintf(name, sizeof name, "%s.%s", parent.text, index) < 0) name[0] = '\0';
+  Text<kSubinterfaceNameSize> name = platform_name<kSubinterfaceNameSize>(interface);
+  name.append(".");
+  name.append(index);
 
   imc_find_request request{};
-  const int copied = yfw_strncpy_s(__func__, request.name, sizeof request.name, name, sizeof request.name);
+  const int copied = yfw_strncpy_s(__func__, request.name, sizeof request.name, name.c_str(), sizeof request.name);
   if (copied != 0) {
     const auto result = static_cast<cerrno>(copied);
-    OC_VLAN_TRACE(frame, "yfw_strncpy_s function failed rc %d : %s", copied, cerr_strerror(result));
+    const char* const reason = cerr_strerror(result);
+    OC_VLAN_TRACE(frame, "yfw_strncpy_s function failed rc %d : %s", copied, reason);
     return result;
   }
 
@@ -102,10 +95,11 @@ cerrno check_subintf_l2_or_l3(yfw_map_ctx* ctx, int* is_l2) {
   const cerrno result = imc_interface_get_flags(yfw_ocifmgr_im_conn, 1, &found.handle, &flags);
   if (result != 0 || flags.status != 0) {
     // A failure of the one item alone leaves the caller's flag and counts as success.
-    OC_VLAN_TRACE(frame, "imc_interface_get_flags failed rc %d : %s", static_cast<int>(result), cerr_strerror(result));
+    const char* const reason = cerr_strerror(result);
+    OC_VLAN_TRACE(frame, "imc_interface_get_flags failed rc %d : %s", static_cast<int>(result), reason);
     return result;
   }
-  *is_l2 = (flags.flags & kL2Flag) != 0 ? 1 : 0;
+  *is_l2 = (flags.flags & IMC_FLAG_L2_TRANSPORT) != 0 ? 1 : 0;
   return 0;
 }
 

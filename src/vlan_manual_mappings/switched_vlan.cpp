@@ -10,15 +10,7 @@
 namespace oc_vlan {
 namespace {
 
-constexpr char kNativeVlan[] = NATIVE_VLAN_IDENTIFIER "vlan-identifier";
-constexpr char kNativeVlanType[] = NATIVE_VLAN_IDENTIFIER "vlan-type";
-constexpr char kTrunkVlans[] = VLAN_SWITCHED "trunk-vla-ns";  // as the native model spells it
-constexpr char kTrunkTagType[] = VLAN_SWITCHED "trunk-tag-type";
-constexpr char kAccessVlan[] = VLAN_SWITCHED "access-vlan";
-constexpr char kMode[] = VLAN_SWITCHED "mode";
-constexpr char kVlanTypeDot1q[] = "vlan-type-dot1q";
-
-constexpr ValueName kModes[] = {{"ACCESS", "access"}, {"TRUNK", "trunk"}};
+constexpr ValueName kModes[] = {{kAccess, native::kAccess}, {kTrunk, native::kTrunk}};
 
 void log_foreign_mode(const Frame& frame) {
   OC_VLAN_ERROR(frame, " switched-vlan/interface-mode validation failed!");
@@ -47,12 +39,12 @@ cerrno whole_container(const Call& call) {
   const char* const value = call.node->value;
   switch (request_case(call)) {
     case RequestCase::kRead:
-      add_native(call, kNativeVlanType, value, nullptr);
-      add_native(call, kNativeVlan, value, nullptr);
-      add_native(call, kTrunkTagType, value, nullptr);
-      return end(call, add_native(call, kTrunkVlans, value, nullptr));
+      add_native(call, native::kNativeVlanType.path, value, nullptr);
+      add_native(call, native::kNativeVlan.path, value, nullptr);
+      add_native(call, native::kTrunkTagType.path, value, nullptr);
+      return end(call, add_native(call, native::kTrunkVlans.path, value, nullptr));
     case RequestCase::kDelete:
-      return end(call, add_native(call, TRUNK_CONFIGURATION, nullptr, call.node));
+      return end(call, add_native(call, native::kTrunkConfiguration, nullptr, call.node));
     case RequestCase::kWrite:
       break;
   }
@@ -73,12 +65,12 @@ cerrno fetch_or_remove_leaves(const Call& call, bool read) {
   const yfw_datatree* const source = read ? nullptr : call.node;
   cerrno result = 0;
   if (native_vlan) {
-    add_native(call, kNativeVlanType, nullptr, source);
-    result = add_native(call, kNativeVlan, value, source);
+    add_native(call, native::kNativeVlanType.path, nullptr, source);
+    result = add_native(call, native::kNativeVlan.path, value, source);
   }
   if (trunk_vlans) {
-    add_native(call, kTrunkTagType, value, source);
-    result = add_native(call, kTrunkVlans, value, source);
+    add_native(call, native::kTrunkTagType.path, value, source);
+    result = add_native(call, native::kTrunkVlans.path, value, source);
   }
   return end(call, result);
 }
@@ -93,8 +85,8 @@ void append_entry(TrunkText& text, char* entry) {
 }
 
 cerrno write_native_vlan(const Call& call, const yfw_datatree& leaf) {
-  add_native(call, kNativeVlan, leaf.value, call.node);
-  return add_native(call, kNativeVlanType, kVlanTypeDot1q, call.node);
+  add_native(call, native::kNativeVlan.path, leaf.value, call.node);
+  return add_native(call, native::kNativeVlanType.path, native::kVlanTypeDot1q, call.node);
 }
 
 bool trunk_mode_set(const Call& call) {
@@ -122,24 +114,24 @@ cerrno write_leaves(const Call& call) {
   }
   if (trunk.empty()) return end(call, result);
   // Entries gathered before a failure are still written, and their result is the one that counts.
-  add_native(call, kTrunkVlans, trunk.text(), call.node);
-  return end(call, add_native(call, kTrunkTagType, kVlanTypeDot1q, call.node));
+  add_native(call, native::kTrunkVlans.path, trunk.text(), call.node);
+  return end(call, add_native(call, native::kTrunkTagType.path, native::kVlanTypeDot1q, call.node));
 }
 
 cerrno add_interface_mode(const Call& call) {
   switch (request_case(call)) {
     case RequestCase::kRead:
-      add_native(call, kMode, call.node->value, nullptr);
-      return add_native(call, kTrunkTagType, call.node->value, nullptr);
+      add_native(call, native::kMode.path, call.node->value, nullptr);
+      return add_native(call, native::kTrunkTagType.path, call.node->value, nullptr);
     case RequestCase::kDelete:
-      return add_native(call, VLAN_SWITCHED, nullptr, call.node);
+      return add_native(call, native::kVlanSwitched, nullptr, call.node);
     case RequestCase::kWrite:
       break;
   }
   const Identity mode = native_identity(call, kInterfaceMode);
   if (mode.refused) return CERR_INVALID_VALUE;
   // An unknown mode, though recorded as a failure, is still added without a value: the result is the framework's.
-  return add_native(call, kMode, mode.native, call.node);
+  return add_native(call, native::kMode.path, mode.native, call.node);
 }
 
 }  // namespace
@@ -164,7 +156,7 @@ cerrno oc2_vex_switched_vlan_cfg_interfacemode(yfw_map_ctx* ctx, const yfw_datat
 }
 
 cerrno oc2_vex_switched_vlan_cfg_accessvlan(yfw_map_ctx* ctx, const yfw_datatree* node, yfw_datatree* output) {
-  return copied_leaf({{ctx, __func__}, node, output}, kAccessVlan);
+  return copied_leaf({{ctx, __func__}, node, output}, native::kAccessVlan.path);
 }
 
 cerrno switched_vlan_cfg_stub_function(yfw_map_ctx* ctx, const yfw_datatree* node, yfw_datatree* output) {

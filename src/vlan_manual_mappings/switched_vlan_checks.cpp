@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "engine/request.h"
 #include "oc_vlan/oc_vlan.h"
+#include "vlan_manual_mappings/identity.h"
 #include "vlan_manual_mappings/platform_name.h"
 
 namespace oc_vlan {
@@ -27,15 +27,15 @@ class ItemValue {
 bool switched_in_database(const Frame& frame) {
   const char* const interface = interface_name(frame.ctx);
   if (interface == nullptr) return false;
-  char path[kItemPathSize];
-  std::snprintf(path, sizeof path, "%s/%s/%s", platform_name(interface).text, "vlan_trunk", "vlan_switched");
+  const Text<kItemPathSize> path(platform_name(interface).c_str(), "/vlan_trunk/vlan_switched");
 
   ItemValue value;
   uint32_t type = 0;
-  const cerrno read = sysdb_item_get(vlan_cfg_sysdb_connid, path, &value.data, &value.length, &type, 0);
+  const cerrno read = sysdb_item_get(vlan_cfg_sysdb_connid, path.c_str(), &value.data, &value.length, &type, 0);
   if (read != 0) {
-    OC_VLAN_ERROR(frame, "In check_switched_mode_set_in_sysdb sysdb_item_get forpath %s returned error %d : %s", path,
-                  static_cast<int>(read), cerr_strerror(read));
+    const char* const reason = cerr_strerror(read);
+    OC_VLAN_ERROR(frame, "In check_switched_mode_set_in_sysdb sysdb_item_get forpath %s returned error %d : %s",
+                  path.c_str(), static_cast<int>(read), reason);
     return false;
   }
   if (value.data == nullptr) return false;
@@ -60,7 +60,7 @@ int check_interface_mode_set_in_subtree(const yfw_datatree* config) {
   if (config == nullptr) return 0;
   int found = 0;
   for (const yfw_datatree& child : children(*config)) {
-    if (same(child.tag, "interface-mode") && same(child.value, "TRUNK")) found = 1;
+    if (same(child.tag, "interface-mode") && same(child.value, kTrunk)) found = 1;
   }
   return found;
 }

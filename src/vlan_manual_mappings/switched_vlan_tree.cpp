@@ -7,22 +7,20 @@
 namespace oc_vlan {
 namespace {
 
-constexpr SwitchedVlanTree kEthernet{
-    .container = OC_ETHERNET,
-    .container_ns = YFW_OPENCONFIG_IF_ETHERNET_NS,
-    .config = {OC_ETHERNET "/switched-vlan/config/interface-mode", OC_ETHERNET "/switched-vlan/config/native-vlan",
-               OC_ETHERNET "/switched-vlan/config/access-vlan", OC_ETHERNET "/switched-vlan/config/trunk-vlans"},
-    .state = {OC_ETHERNET "/switched-vlan/state/interface-mode", OC_ETHERNET "/switched-vlan/state/native-vlan",
-              OC_ETHERNET "/switched-vlan/state/access-vlan", OC_ETHERNET "/switched-vlan/state/trunk-vlans"}};
+#define LEAVES(branch) \
+  { branch "/interface-mode", branch "/native-vlan", branch "/access-vlan", branch "/trunk-vlans" }
 
-constexpr SwitchedVlanTree kAggregation{
-    .container = OC_AGGREGATION,
-    .container_ns = YFW_OPENCONFIG_IF_AGGREGATE_NS,
-    .config = {OC_AGGREGATION "/switched-vlan/config/interface-mode",
-               OC_AGGREGATION "/switched-vlan/config/native-vlan", OC_AGGREGATION "/switched-vlan/config/access-vlan",
-               OC_AGGREGATION "/switched-vlan/config/trunk-vlans"},
-    .state = {OC_AGGREGATION "/switched-vlan/state/interface-mode", OC_AGGREGATION "/switched-vlan/state/native-vlan",
-              OC_AGGREGATION "/switched-vlan/state/access-vlan", OC_AGGREGATION "/switched-vlan/state/trunk-vlans"}};
+constexpr SwitchedVlanTree kEthernet{.container = OC_ETHERNET,
+                                     .container_ns = YFW_OPENCONFIG_IF_ETHERNET_NS,
+                                     .config = LEAVES(OC_ETHERNET "/switched-vlan/config"),
+                                     .state = LEAVES(OC_ETHERNET "/switched-vlan/state")};
+
+constexpr SwitchedVlanTree kAggregation{.container = OC_AGGREGATION,
+                                        .container_ns = YFW_OPENCONFIG_IF_AGGREGATE_NS,
+                                        .config = LEAVES(OC_AGGREGATION "/switched-vlan/config"),
+                                        .state = LEAVES(OC_AGGREGATION "/switched-vlan/state")};
+
+#undef LEAVES
 
 constexpr int kBundle = 2;
 

@@ -3,15 +3,11 @@
 
 #include "oc_vlan/oc_vlan.h"
 #include "vlan_manual_mappings/identity.h"
+#include "vlan_manual_mappings/native.h"
 #include "vlan_manual_mappings/switched_vlan_tree.h"
 
 namespace oc_vlan {
 namespace {
-
-constexpr char kNativeVlanIdentifier[] =
-    "/interface-configurations/interface-configuration/vlan-trunk-configuration/native-vlan-identifier";
-constexpr char kVlanSwitched[] =
-    "/interface-configurations/interface-configuration/vlan-trunk-configuration/vlan-switched";
 
 // Longest entry, "4094..4094" and then some.
 constexpr std::size_t kEntrySize = 20;
@@ -26,9 +22,9 @@ struct TagType {
   bool dot1q;
 };
 
-TagType tag_type(const Call& call, const char* container, const char* leaf) {
-  const Lookup type = look_up(call.ctx, container, leaf);
-  return {type.status, same(type.text, "vlan-type-dot1q")};
+TagType tag_type(const Call& call, const native::Leaf& leaf) {
+  const Lookup type = look_up(call.ctx, leaf);
+  return {type.status, same(type.text, native::kVlanTypeDot1q)};
 }
 
 cerrno add_leaf(const Call& call, const char* path) {
@@ -36,7 +32,7 @@ cerrno add_leaf(const Call& call, const char* path) {
 }
 
 cerrno add_native_vlan(const Call& call) {
-  const TagType type = tag_type(call, kNativeVlanIdentifier, "vlan-type");
+  const TagType type = tag_type(call, native::kNativeVlanType);
   if (!type.dot1q) return type.status;
   const SwitchedVlanTree& tree = tree_of(call);
   add_container(call, tree);
@@ -44,16 +40,16 @@ cerrno add_native_vlan(const Call& call) {
 }
 
 cerrno add_interface_mode(const Call& call) {
-  const bool trunk = same(call.node->value, "trunk");
+  const bool trunk = same(call.node->value, native::kTrunk);
   if (trunk) {
-    const TagType type = tag_type(call, kVlanSwitched, "trunk-tag-type");
+    const TagType type = tag_type(call, native::kTrunkTagType);
     if (!type.dot1q) return type.status;
-  } else if (!same(call.node->value, "access")) {
+  } else if (!same(call.node->value, native::kAccess)) {
     return 0;
   }
   const SwitchedVlanTree& tree = tree_of(call);
   add_container(call, tree);
-  return add_identity(call, tree.config.interface_mode, trunk ? "TRUNK" : "ACCESS", kOrdinary);
+  return add_identity(call, tree.config.interface_mode, trunk ? kTrunk : kAccess, kOrdinary);
 }
 
 // Writes an element, "100" or "200-300", as an OpenConfig entry. False for one that does not fit: half a number would
@@ -67,7 +63,7 @@ bool write_entry(char (&entry)[kEntrySize], char* element) {
 }
 
 cerrno add_trunk_vlans(const Call& call) {
-  const TagType type = tag_type(call, kVlanSwitched, "trunk-tag-type");
+  const TagType type = tag_type(call, native::kTrunkTagType);
   if (!type.dot1q || call.node->value == nullptr) return type.status;
   const SwitchedVlanTree& tree = tree_of(call);
   cerrno result = add_container(call, tree);

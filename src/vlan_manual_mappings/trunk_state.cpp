@@ -1,7 +1,8 @@
 // Native trunks to the OpenConfig switched-VLAN state of an interface.
+#include "engine/text.h"
 #include "oc_vlan/oc_vlan.h"
 #include "vlan_manual_mappings/identity.h"
-#include "vlan_manual_mappings/paths.h"
+#include "vlan_manual_mappings/native.h"
 #include "vlan_manual_mappings/switched_vlan_tree.h"
 
 namespace oc_vlan {
@@ -39,13 +40,13 @@ Switched switched_of(const yfw_datatree& node) {
   const char* ethertype = nullptr;
   for (const yfw_datatree& child : children(node)) {
     if (!same(child.tag, "trunk-vlan-ranges")) continue;
-    const yfw_datatree* const first = first_child(child, "tags-to-match");
+    const yfw_datatree* const first = first_child(child, native::kTagsToMatch);
     if (first == nullptr) continue;
     tags = first;
-    const yfw_datatree* const type = first_child(*first, "ethertype");
+    const yfw_datatree* const type = first_child(*first, native::kEthertype);
     if (type != nullptr) ethertype = type->value;
   }
-  return {same(mode, "access-port"), same(mode, "trunk-port") && same(ethertype, "dot1q"),
+  return {same(mode, "access-port"), same(mode, "trunk-port") && same(ethertype, native::kDot1q),
           child_text(node, "access-vlan"), tags};
 }
 
@@ -54,19 +55,15 @@ cerrno add_ranges(const Call& call, const SwitchedVlanTree& tree, const yfw_data
   const char* low = nullptr;
   const char* high = nullptr;
   for (const yfw_datatree& range : children(tags)) {
-    if (!same(range.tag, "vlan-range")) continue;
-    const char* const own_low = child_text(range, "vlan-id-low");
-    const char* const own_high = child_text(range, "vlan-id-high");
+    if (!same(range.tag, native::kVlanRange)) continue;
+    const char* const own_low = child_text(range, native::kRangeLow);
+    const char* const own_high = child_text(range, native::kRangeHigh);
     if (own_low != nullptr) low = own_low;
     if (own_high != nullptr) high = own_high;
     if (low == nullptr || high == nullptr) continue;
-    char text[kRangeSize];
-    if (same(low, high)) {
-      std::snprintf(text, sizeof text, "%s", low);
-    } else {
-      std::snprintf(text, sizeof text, "%s..%s", low, high);
-    }
-    result = add_leaf(call, tree.state.trunk_vlans, text, kOrdinaryEntry);
+    const bool single = same(low, high);
+    const Text<kRangeSize> text(low, single ? "" : "..", single ? "" : high);
+    result = add_leaf(call, tree.state.trunk_vlans, text.c_str(), kOrdinaryEntry);
   }
   return result;
 }
@@ -77,11 +74,11 @@ cerrno add_switched(const Call& call, const char* name) {
   const SwitchedVlanTree& tree = switched_vlan_tree(name);
   const cerrno container = add_container(call, tree);
   if (switched.access && switched.access_vlan != nullptr) {
-    add_identity(call, tree.state.interface_mode, "ACCESS", kOrdinary);
+    add_identity(call, tree.state.interface_mode, kAccess, kOrdinary);
     return add_leaf(call, tree.state.access_vlan, switched.access_vlan, kOrdinary);
   }
   if (switched.trunk && switched.tags != nullptr) {
-    const cerrno mode = add_identity(call, tree.state.interface_mode, "TRUNK", kOrdinary);
+    const cerrno mode = add_identity(call, tree.state.interface_mode, kTrunk, kOrdinary);
     return add_ranges(call, tree, *switched.tags, mode);
   }
   return container;

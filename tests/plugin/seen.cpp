@@ -147,19 +147,19 @@ void* symbol(const std::string& name) {
 
 }  // namespace seen
 
-#define OC_VLAN_NAME(name) ymap_ov_oc_vlan_openconfigvlan_##name
+#define OC_VLAN_NAME OC_VLAN_OPENCONFIG
 #include "plugin/seen_rows.h"
 
 #include "openconfig_vlan.def"
 #undef OC_VLAN_NAME
 
-#define OC_VLAN_NAME(name) ymap_vo_oc_vlan_vexnetosl2ethinfracfg_##name
+#define OC_VLAN_NAME OC_VLAN_NATIVE_CFG
 #include "plugin/seen_rows.h"
 
 #include "native_cfg.def"
 #undef OC_VLAN_NAME
 
-#define OC_VLAN_NAME(name) ymap_vo_oc_vlan_vexnetosl2ethinfraoper_##name
+#define OC_VLAN_NAME OC_VLAN_NATIVE_OPER
 #include "plugin/seen_rows.h"
 
 #include "native_oper.def"

@@ -1,6 +1,5 @@
 // Turns the rows of a family into stand-ins. The including file defines OC_VLAN_NAME(name).
-#define OC_VLAN_TEXT_OF(name) #name
-#define OC_VLAN_TEXT(name) OC_VLAN_TEXT_OF(name)
+#include "engine/families.h"
 
 #define OC_VLAN_SEEN(name, ...)                                                                          \
   static const auto own = ::seen::next<decltype(&OC_VLAN_NAME(name))>(OC_VLAN_TEXT(OC_VLAN_NAME(name))); \
@@ -19,13 +18,10 @@
   }
 
 #define ENTRY(name) OC_VLAN_SEEN_PLAIN(name##_parse_augments)
-#define SECOND_WALKER(row, walker)
 #define ROOT(walker)                    \
   OC_VLAN_SEEN_CONTAINER(cont_##walker) \
   OC_VLAN_SEEN_PLAIN(walker##_parse_augments)
 #define CONTAINER(walker, parent, tag) ROOT(walker)
-#define CONTAINER_TO(walker, parent, tag, translation) ROOT(walker)
-#define CONTAINER_UNMAPPED(walker, parent, tag) ROOT(walker)
 #define LIST(walker, parent, tag, key, path)                                                            \
   cerrno OC_VLAN_NAME(list_##walker)(yfw_map_ctx * ctx, const yfw_datatree* node, yfw_datatree* output, \
                                      yfw_datatree* children) {                                          \
@@ -38,5 +34,3 @@
   OC_VLAN_SEEN_PLAIN(list_##walker)                   \
   OC_VLAN_SEEN_PLAIN(walker##_parse_augments)
 #define LEAF(walker, parent, tag) OC_VLAN_SEEN_PLAIN(leaf_##walker)
-#define LEAF_TO(walker, parent, tag, translation) LEAF(walker, parent, tag)
-#define LEAF_UNMAPPED(walker, parent, tag) LEAF(walker, parent, tag)

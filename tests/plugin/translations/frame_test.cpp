@@ -1,4 +1,8 @@
 // What all translations have in common, whatever they translate.
+#include <gmock/gmock.h>
+
+#include <fstream>
+
 #include "plugin/translations/case.h"
 
 namespace translations {
@@ -150,6 +154,27 @@ TEST_P(AnyTranslation, asks_whether_its_node_is_deleted_where_it_writes) {
       EXPECT_EQ(first, all.rfind("is_request_delete ")) << all;
     }
   }
+}
+
+// Every strong function that the library exports is one, but walkers, default handlers, checks and the registration.
+std::vector<std::string> exported_translations() {
+  std::ifstream list(OC_VLAN_SOURCE_DIR "/tests/plugin/exports.txt");
+  std::vector<std::string> names;
+  std::string binding;
+  for (std::string name; list >> binding >> name;) {
+    const auto contains = [&name](const char* part) { return name.find(part) != std::string::npos; };
+    const bool is_walker =
+        contains("_augment_lvl") || name.ends_with("cfg_lvla_ethernetfeatures") || name.ends_with("oper_lvla_vlan");
+    const bool is_other = contains("_duck_map_") || name.starts_with("check_") || name.starts_with("yfw_");
+    if (binding == "T" && !is_walker && !is_other) names.push_back(name);
+  }
+  return names;
+}
+
+TEST(Translations, are_all_held_to_what_they_have_in_common) {
+  std::vector<std::string> names;
+  for (const Function& function : all_functions()) names.push_back(function.name());
+  EXPECT_THAT(names, testing::UnorderedElementsAreArray(exported_translations()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Translations, AnyTranslation, testing::ValuesIn(all_functions()),
