@@ -1,7 +1,6 @@
 // Request trees and native data as mapping functions walk them, built from libyang data.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory_resource>
@@ -46,8 +45,8 @@ class RequestTree {
  private:
   struct Builder;
   // Enough for an entry; a whole configuration takes more.
-  std::array<std::byte, 16384> first_;
-  std::pmr::monotonic_buffer_resource arena_{first_.data(), first_.size()};
+  static constexpr std::size_t kFirstSize = 8192;
+  std::pmr::monotonic_buffer_resource arena_{kFirstSize};
 };
 
 }  // namespace yfw

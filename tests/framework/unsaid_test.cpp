@@ -34,6 +34,18 @@ TEST_P(Shapes, AreToldInFull) {
   EXPECT_EQ(result.unsaid.empty(), GetParam().told.empty());
 }
 
+// All that is there is said, and writing it back still makes something else.
+TEST(Unsaid, WhatIsOnlyAddedMakesAMisreading) {
+  const Leaves list{{"outer-tag-type", kDot1q}, {"outer-range1-low", "10"}, {"additional-range1-low", "30"}};
+  Host host = host_with(native_of({{kSub, layer() + encapsulation(list)}}));
+  const ReadResult result = host.read();
+  EXPECT_EQ(told(result.unsaid), "");
+  EXPECT_EQ(told(result.misread),
+            "Ethernet0/0/1.100/ethernet-service/encapsulation is 10,30 and reads as the list 10,30: "
+            "outer-range1-high\n");
+  EXPECT_EQ(told(result.warnings), "Ethernet0/0/1.100: reads as the list 10,30; natively 10,30\n");
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Said, Shapes,
     testing::Values(
