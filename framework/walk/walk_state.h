@@ -101,9 +101,9 @@ class WalkState {
 
  private:
   struct Entered {
-    const yfw_datatree* node;
-    const yfw_datatree* subtrees;
-    uint32_t subtree_count;
+    const yfw_datatree* node = nullptr;
+    const yfw_datatree* subtrees = nullptr;
+    uint32_t subtree_count = 0;
     // Once somebody has asked: the path up to here, and the namespace that goes on below.
     std::string path = {};
     const char* ns = nullptr;
