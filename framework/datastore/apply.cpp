@@ -178,6 +178,16 @@ bool is_idle(const lyd_node* edit, Operation own) {
   return is_plain_container(edit) && !has_content(edit) && own != Operation::replace && comes;
 }
 
+bool holds_idle(const lyd_node* siblings, Operation outer) {
+  const lyd_node* each = nullptr;
+  LY_LIST_FOR(siblings, each) {
+    const Operation own = operation_of(each, outer);
+    if (each->schema != nullptr && holds_idle(lyd_child(each), passed_down(own))) return true;
+    if (!is_key_leaf(each) && is_idle(each, own)) return true;
+  }
+  return false;
+}
+
 void drop_idle_siblings(Data& edit, lyd_node* first, Operation outer) {
   lyd_node* each = first;
   while (each != nullptr) {
@@ -212,6 +222,10 @@ bool asks_for_nothing(const lyd_node* edit, Operation own) {
     if (!asks_for_nothing(child, Operation::merge)) return false;
   }
   return true;
+}
+
+bool holds_idle(const Data& edit, Operation default_operation) {
+  return holds_idle(edit.get(), default_operation);
 }
 
 void drop_idle(Data& edit, Operation default_operation) {

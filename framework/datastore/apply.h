@@ -23,6 +23,9 @@ bool drop_absent_removes(Data& edit, const Data& target, Operation default_opera
 // `own` is its operation, inherited or not.
 bool asks_for_nothing(const lyd_node* edit, Operation own);
 
+// True when there is anything that `drop_idle` would drop.
+bool holds_idle(const Data& edit, Operation default_operation);
+
 // Drops from `edit` what asks for nothing: leaves that the operation none leaves alone, and containers that hold
 // nothing and do not take the place of anything.
 void drop_idle(Data& edit, Operation default_operation);

@@ -10,6 +10,7 @@
 
 #include "framework/tree/entries.h"
 #include "framework/tree/nodes.h"
+#include "framework/tree/printer.h"
 #include "framework/tree/prune.h"
 
 namespace yfw {
@@ -105,8 +106,12 @@ std::string Running::print(const ly_ctx* models, Format format) const {
   // An entry at a time, each printed in its container.
   const std::size_t around = format == Format::xml ? 1 : 3;
   std::string text;
+  std::string printed;
+  Printer printer(format);
+  const Data::Sink to_printed = [&printed](std::string_view piece) { printed += piece; };
   for (const PlacedEntry& each : entries) {
-    const std::string printed = each.entry->tree().print(format);
+    printed.clear();
+    printer.print(each.entry->tree().get(), to_printed);
     const std::string_view own = lines_of_entry(printed, around);
     const std::string_view all = printed;
     if (text.empty()) {

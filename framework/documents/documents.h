@@ -24,6 +24,8 @@ struct EditDocument {
   // a delete or remove, and for identity values without a usable namespace, which a plug-in refuses by itself (their
   // value is the document's).
   Data tree;
+  // The same as it was asked for, once it has been rewritten; empty until then.
+  Data asked;
   Operation default_operation = Operation::merge;
   std::vector<Warning> warnings;
   // Namespaces of identity and enumeration values as the document binds them; a leaf that is not here has that of its

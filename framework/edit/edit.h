@@ -76,6 +76,9 @@ struct Expected {
 Expected expect(const Environment& environment, const EditDocument& document, const Data& before,
                 std::vector<Warning>& warnings);
 
+// To be called before an edit is rewritten: what was asked for is kept.
+void keep_asked(EditDocument& document);
+
 // Rewrites what container handlers of the plug-in see as a whole, where something of it goes or a list in it grows.
 // `verdicts` are those on `before`. Returns the paths of those that are merged into what does not read back whole.
 std::vector<std::string> rewrite_whole_containers(const Environment& environment, EditDocument& document,

@@ -9,8 +9,8 @@
 #include "framework/datastore/apply.h"
 #include "framework/edit/unsaid.h"
 #include "framework/edit/verify.h"
-#include "framework/read/reader.h"
 #include "framework/read/judge.h"
+#include "framework/read/reader.h"
 #include "framework/read/valid.h"
 #include "framework/tree/entries.h"
 #include "framework/tree/foreign.h"
@@ -144,8 +144,8 @@ class Way {
     const Expected expected = expect_told(environment_, part_, before, verdicts, begin(Phase::expected));
     check_values(part_.tree, part_.default_operation, expected.data, begin(Phase::values));
 
-    const Data asked = part_.tree.clone();  // as it is before it is rewritten
     begin(Phase::containers);
+    if (holds_idle(part_.tree, part_.default_operation)) keep_asked(part_);
     drop_idle(part_.tree, part_.default_operation);
     const std::vector<std::string> merged_into_unread =
         rewrite_whole_containers(environment_, part_, before, verdicts, expected.data, warnings());
@@ -161,6 +161,7 @@ class Way {
     std::vector<Warning> unread_after;
     const Data after = read_back(silent_, outcome_.candidate, names, unread_after);
     tell_unsaid(verdicts);
+    const Data& asked = part_.asked.empty() ? part_.tree : part_.asked;
     std::vector<Difference> found = differences(asked, part_.default_operation,
                                                 {.running = running,
                                                  .before = before,
@@ -221,6 +222,10 @@ class Way {
 };
 
 }  // namespace
+
+void keep_asked(EditDocument& document) {
+  if (document.asked.empty()) document.asked = document.tree.clone();
+}
 
 void validate_native(const Environment& environment, Data& candidate) {
   if (environment.validator->validate(candidate)) return;

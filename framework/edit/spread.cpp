@@ -50,6 +50,7 @@ class Spreader {
   // The list's container keeps no operation; entries asked for take it, entries that are there and not asked for go.
   void spread(lyd_node* container, const char* list, Operation operation,
               const std::vector<std::string>& present) const {
+    keep_asked(document_);
     std::unordered_set<std::string> asked;
     lyd_node* entry = lyd_child(container);
     while (entry != nullptr) {
@@ -107,6 +108,7 @@ class Spreader {
     if (own == Operation::replace && running_ != nullptr) {
       const std::vector<std::string> present = indexes_of(name);
       if (container == nullptr && !present.empty()) {
+        keep_asked(document_);
         lyd_new_inner(interface, interface->schema->module, "subinterfaces", 0, &container);
       }
       if (container != nullptr) spread(container, "subinterface", own, present);

@@ -106,10 +106,11 @@ bool left_to_plugin(const EditDocument& document, const lyd_node* node, Operatio
 }
 
 // Those that the request names and that do not go, or are replaced, as a whole anyway.
-void collect(lyd_node* node, Operation outer, std::vector<lyd_node*>& containers) {
+void collect(EditDocument& document, lyd_node* node, Operation outer, std::vector<lyd_node*>& containers) {
   const Operation own = operation_of(node, outer);
   // A replace by nothing is a removal.
   if (own == Operation::replace && is_whole_container(node) && lyd_child(node) == nullptr) {
+    keep_asked(document);
     set_operation(node, Operation::remove);
   }
   if (node->schema == nullptr || removes(own) || own == Operation::replace) return;
@@ -119,7 +120,7 @@ void collect(lyd_node* node, Operation outer, std::vector<lyd_node*>& containers
   }
   lyd_node* child = nullptr;
   LY_LIST_FOR(lyd_child(node), child) {
-    collect(child, own, containers);
+    collect(document, child, own, containers);
   }
 }
 
@@ -135,7 +136,7 @@ class Rewriter {
     std::vector<lyd_node*> containers;
     lyd_node* node = nullptr;
     LY_LIST_FOR(document_.tree.get(), node) {
-      collect(node, document_.default_operation, containers);
+      collect(document_, node, document_.default_operation, containers);
     }
     for (lyd_node* const container : containers) rewrite(container);
   }
@@ -153,6 +154,7 @@ class Rewriter {
     const lyd_node* const unread = unread_of(before, natives);
     if (unread != nullptr) mind_unread(container, unread, goes || whole_lists, goes);
     if (!goes && !whole_lists) return;
+    keep_asked(document_);
     if (goes) {
       told(container, has_leaves(after) ? "goes as a replace by what will be there" : "goes as a remove");
     } else {

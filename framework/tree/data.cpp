@@ -4,16 +4,8 @@
 #include <fmt/format.h>
 #include <libyang/libyang.h>
 
-#include <stdio_ext.h>
-#include <sys/types.h>
-
-#include <cstdio>
-#include <exception>
-#include <memory>
-#include <new>
-#include <vector>
-
 #include "framework/tree/nodes.h"
+#include "framework/tree/printer.h"
 #include "framework/tree/result.h"
 
 namespace yfw {
@@ -21,53 +13,6 @@ namespace yfw {
 namespace {
 
 constexpr uint32_t kPrintOptions = LYD_PRINT_WD_EXPLICIT;
-
-// The stream that libyang prints to. Into memory or to a function of ours it would format each piece on a heap of its
-// own first, and go on without those for which there is no memory.
-class Printout {
- public:
-  explicit Printout(const Data::Sink& sink)
-      : sink_(sink), file_(fopencookie(this, "w", {nullptr, write, nullptr, nullptr}), std::fclose) {
-    if (file_ == nullptr || std::setvbuf(file_.get(), buffer_.data(), _IOFBF, buffer_.size()) != 0) {
-      throw std::bad_alloc();
-    }
-    // One thread prints.
-    __fsetlocking(file_.get(), FSETLOCKING_BYCALLER);
-  }
-  Printout(const Printout&) = delete;
-  Printout& operator=(const Printout&) = delete;
-
-  FILE* file() { return file_.get(); }
-
-  // Everything has been printed. Throws what the sink threw.
-  void finish() {
-    std::fflush(file_.get());
-    if (thrown_ != nullptr) std::rethrow_exception(thrown_);
-    if (std::ferror(file_.get()) != 0) throw std::bad_alloc();
-    if (last_ != '\n') sink_("\n");
-  }
-
- private:
-  // Nothing thrown may pass through the stream; the first failure ends what goes out.
-  static ssize_t write(void* self, const char* text, std::size_t size) {
-    auto& printout = *static_cast<Printout*>(self);
-    if (printout.thrown_ != nullptr || size == 0) return 0;
-    try {
-      printout.sink_({text, size});
-      printout.last_ = text[size - 1];
-      return static_cast<ssize_t>(size);
-    } catch (...) {
-      printout.thrown_ = std::current_exception();
-      return 0;
-    }
-  }
-
-  const Data::Sink& sink_;
-  std::exception_ptr thrown_;
-  char last_ = '\n';
-  std::vector<char> buffer_ = std::vector<char>(std::size_t{1} << 16);
-  std::unique_ptr<FILE, int (*)(FILE*)> file_;  // last, as it is closed first
-};
 
 }  // namespace
 
@@ -114,14 +59,7 @@ void Data::print(Format format, const Sink& sink) const {
     if (format == Format::json) sink("{}\n");
     return;
   }
-  constexpr char kFailure[] = "a data tree cannot be printed";
-  Printout printout(sink);
-  ly_out* opened = nullptr;
-  need(ly_out_new_file(printout.file(), &opened), kFailure);
-  const std::unique_ptr<ly_out, void (*)(ly_out*)> out(opened, [](ly_out* each) { ly_out_free(each, nullptr, 0); });
-  const LY_ERR printed = lyd_print_all(out.get(), first_, format == Format::xml ? LYD_XML : LYD_JSON, kPrintOptions);
-  printout.finish();
-  need(printed, kFailure);
+  Printer(format).print(first_, sink);
 }
 
 void Data::print_document(Format format, const Sink& sink) const {
