@@ -179,9 +179,15 @@ lyd_node* counterpart_among(const lyd_node* siblings, const lyd_node* node) {
   if (schema == nullptr) return nullptr;
   if (node->schema != nullptr && (schema->nodetype & (LYS_LIST | LYS_LEAFLIST)) != 0) {
     succeeded(lyd_find_sibling_first(siblings, node, &found));
-  } else {
-    succeeded(lyd_find_sibling_val(siblings, schema, nullptr, 0, &found));
+    return found;
   }
+  // Among few nodes a look at each is cheaper than the hash of a name.
+  constexpr int kFew = 16;
+  const lyd_node* each = lyd_first_sibling(siblings);
+  for (int i = 0; each != nullptr && i < kFew; each = each->next, ++i) {
+    if (each->schema == schema) return const_cast<lyd_node*>(each);
+  }
+  if (each != nullptr) succeeded(lyd_find_sibling_val(siblings, schema, nullptr, 0, &found));
   return found;
 }
 

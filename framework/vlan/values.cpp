@@ -70,9 +70,13 @@ class Check {
   void check(const lyd_node* node, Operation outer) {
     const Operation own = operation_of(node, outer);
     if (node->schema == nullptr || is_term(node->schema) || removes(own)) return;
-    for (const Bounds& bounds : kBounds) check_bounds(node, bounds, own);
-    check_trunks(node, own);
-    check_tag(node, own);
+    // All values that anybody sets stand there.
+    if (named(node, "config")) {
+      for (const Bounds& bounds : kBounds) check_bounds(node, bounds, own);
+      check_trunks(node, own);
+      check_tag(node, own);
+      return;
+    }
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child(node), child) {
       check(child, own);
