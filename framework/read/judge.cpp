@@ -303,9 +303,7 @@ class Comparison {
       verdict_.beside.push_back(leaf);
       return;
     }
-    const auto is_leaf = [&](const WrittenLeaf& each) {
-      return each.schema == leaf->schema && each.within == within;
-    };
+    const auto is_leaf = [&](const WrittenLeaf& each) { return each.schema == leaf->schema && each.within == within; };
     const auto made = std::find_if(written_.begin(), written_.end(), is_leaf);
     if (made != written_.end() && made->value == canonical_text(leaf)) {
       made->matched = true;

@@ -10,6 +10,7 @@
 #include "framework/tree/nodes.h"
 #include "framework/tree/prune.h"
 #include "framework/tree/schema.h"
+#include "framework/vlan/rules.h"
 #include "framework/walk/environment.h"
 #include "framework/walk/interfaces_walker.h"
 #include "framework/walk/output_tree.h"
@@ -23,9 +24,6 @@
 namespace yfw {
 
 namespace {
-
-constexpr char kPortVlans[] = "vlan-trunk-configuration";
-constexpr char kVlanIdentifierParent[] = "vlan-sub-configuration";
 
 const char* reason(const WalkState& walk_state, cerrno result) {
   return walk_state.last_missing().empty() ? cerr_strerror(result) : walk_state.last_missing().c_str();
@@ -61,9 +59,11 @@ class EntryWalk {
     answer_own_leaves(walk_state_, entry_);
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child_no_keys(entry_), child) {
-      const bool holds_augments = std::strcmp(child->schema->name, "l2-transport") == 0;
-      if (!holds_augments) walk_child(child);
-      if (!holds_augments) continue;
+      // The layer holds augments of its own.
+      if (!is_layer(child)) {
+        walk_child(child);
+        continue;
+      }
       const lyd_node* below = nullptr;
       LY_LIST_FOR(lyd_child(child), below) {
         walk_child(below);
@@ -75,8 +75,9 @@ class EntryWalk {
  private:
   void walk_child(const lyd_node* child) {
     if (asked_ != nullptr && !asked_->wants(child)) return;
-    if (!walk_state_.subinterface_index().empty() && std::strcmp(child->schema->name, kPortVlans) == 0) {
-      warnings_.push_back({path_of(child), "left out: a sub-interface switches no VLANs"});
+    const bool is_port = walk_state_.subinterface_index().empty();
+    if (const char* const otherwise = is_port ? nullptr : only_of_ports(child->schema)) {
+      warnings_.push_back({path_of(child), otherwise});
       return;
     }
     const yfw_map_walker_fn walker = walk_state_.environment().plugins->native_entry(child->schema->name);
@@ -111,8 +112,7 @@ class EntryWalk {
     records_.clear();
     const yfw_datatree* const node = records_.data(child, wanted);
     walk_state_.clear_missing();
-    if (walk_state_.environment().bind_subinterface_vlan_id &&
-        std::strcmp(child->schema->name, kVlanIdentifierParent) == 0) {
+    if (walk_state_.environment().bind_subinterface_vlan_id && holds_routed_vlan(child)) {
       return walk_bound(node);
     }
     return walker(walk_state_.ctx(), node, walk_state_.output().root());

@@ -4,7 +4,6 @@
 #include <libyang/libyang.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <map>
 #include <unordered_map>
@@ -17,6 +16,7 @@
 #include "framework/tree/entries.h"
 #include "framework/tree/nodes.h"
 #include "framework/tree/schema.h"
+#include "framework/vlan/rules.h"
 #include "framework/walk/environment.h"
 #include "framework/walk/interfaces_walker.h"
 #include "framework/walk/output_tree.h"
@@ -29,9 +29,6 @@
 namespace yfw {
 
 namespace {
-
-// The containers of an operational entry that are read as OpenConfig.
-constexpr std::array<std::string_view, 3> kMapped{"layer3-sub-interfaces", "vlan-switched", "encapsulation-details"};
 
 // What the models can hold of an output, as a text.
 class HeldOutput {
@@ -82,7 +79,7 @@ class StateEntry {
   StateEntry(const Environment& environment, const lyd_node* entry) : environment_(environment), entry_(entry) {
     const lyd_node* child = nullptr;
     LY_LIST_FOR(lyd_child(entry), child) {
-      if (is_mapped(child) && is_recorded(child)) containers_.push_back(child);
+      if (is_read_as_state(child) && is_recorded(child)) containers_.push_back(child);
     }
   }
 
@@ -109,10 +106,6 @@ class StateEntry {
   }
 
  private:
-  static bool is_mapped(const lyd_node* node) {
-    return std::find(kMapped.begin(), kMapped.end(), std::string_view(LYD_NAME(node))) != kMapped.end();
-  }
-
   // Names as devices give them matter by their kind only. What else may be in one is not told apart.
   std::string kind_of_name() const {
     constexpr std::size_t kUsualSize = 64;

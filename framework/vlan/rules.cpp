@@ -95,6 +95,13 @@ const char* only_of_ports(const lysc_node* container) {
   return advice_on(kOfPorts, container->name);
 }
 
+bool holds_routed_vlan(const lyd_node* container) {
+#define ROUTED(name) \
+  if (named(container, name)) return true;
+#include "framework/vlan/vlan_rules.def"
+  return false;
+}
+
 bool is_read_as_state(const lyd_node* node) {
 #define STATE_CONTAINER(name) \
   if (named(node, name)) return true;

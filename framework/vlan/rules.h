@@ -34,6 +34,9 @@ std::span<const OfOneLayer> of_one_layer();
 // What is said of a native container that only means something to ports, in a sub-interface; null for all others.
 const char* only_of_ports(const lysc_node* container);
 
+// True for the native container around what a bound routed VLAN is.
+bool holds_routed_vlan(const lyd_node* container);
+
 // True for a container of operational data that is read as OpenConfig.
 bool is_read_as_state(const lyd_node* node);
 
