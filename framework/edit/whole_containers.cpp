@@ -214,7 +214,7 @@ class Rewriter {
     const EntryVerdict& verdict = *found->second;
     for (const lyd_node* const native : natives) {
       const bool unsaid = std::any_of(verdict.unsaid.begin(), verdict.unsaid.end(), [&](const lyd_node* leaf) {
-        const std::vector<const lyd_node*>& readable = verdict.short_of_room;
+        const std::vector<const lyd_node*>& readable = verdict.readable;
         return is_ancestor_or_self(native, leaf) && !is_trunk_read_whole(leaf, before) &&
                std::find(readable.begin(), readable.end(), leaf) == readable.end();
       });

@@ -93,17 +93,16 @@ void for_each_written(const OutputTree& output, const lyd_node* native, const Wo
 // The entry's reading on its way back, as a merge.
 class WritingBack {
  public:
-  // What would have come of parts that are refused for nothing but the length of a trunk's text goes to
-  // `short_of_room`.
+  // What would have come of containers that hold a value that no request may have goes to `imagined`.
   WritingBack(WalkState& walk_state, RequestTree& records, const lyd_node* native, const lyd_node* reading,
-              Written& short_of_room)
-      : walk_state_(walk_state), records_(records), native_(native), reading_(reading), short_of_room_(short_of_room) {}
+              Written& imagined)
+      : walk_state_(walk_state), records_(records), native_(native), reading_(reading), imagined_(imagined) {}
 
   // Writes all of it; false when that is refused. The walk's output is what comes of it, as far as the native model
   // has such values.
   bool write_whole() const {
     const RequestTree::Wanted whole = [this](const lyd_node* node) { return belongs(node); };
-    return walk(reading_, whole);
+    return is_writable_here(reading_) && walk(whole);
   }
 
   // What came of it, when that can be held.
@@ -148,14 +147,26 @@ class WritingBack {
       const RequestTree::Wanted alone = [part](const lyd_node* node) {
         return lysc_is_key(node->schema) || is_ancestor_or_self(node, part) || is_ancestor_or_self(part, node);
       };
-      if (walk(part, alone) && take(part, written)) continue;
-      if (!is_term(part->schema) && !is_whole_container(part)) write_parts(part, written);
+      if (is_writable_here(part) && walk(alone) && take(part, written)) continue;
+      if (is_whole_container(part)) {
+        imagine(alone);
+      } else if (!is_term(part->schema)) {
+        write_parts(part, written);
+      }
     }
   }
 
-  // False when the part is refused.
-  bool walk(const lyd_node* part, const RequestTree::Wanted& wanted) const {
-    if (!is_writable_here(part)) return false;
+  // What would have come of a part that is refused for a value that no request may have: a trunk that is too long, a
+  // range upside down.
+  void imagine(const RequestTree::Wanted& wanted) const {
+    if (!walk(wanted)) return;
+    Written made;
+    collect(made);
+    if (all_held(made.begin(), made.end())) imagined_.insert(imagined_.end(), made.begin(), made.end());
+  }
+
+  // False when the plug-in refuses it.
+  bool walk(const RequestTree::Wanted& wanted) const {
     walk_state_.restart();
     records_.clear();
     const yfw_datatree* const root = records_.in_place(reading_, records_.data(reading_, wanted));
@@ -167,17 +178,23 @@ class WritingBack {
   // Appends what the part became; false, and nothing, when that cannot be held.
   bool take(const lyd_node* part, Written& written) const {
     const std::size_t before = written.size();
-    for_each_written(walk_state_.output(), native_, [&written](const OutputNode& entry) {
-      for (const OutputNode* const node : entry.children) collect_written(*node, {}, written);
-    });
-    const auto first = written.begin() + static_cast<std::ptrdiff_t>(before);
-    const bool held = std::all_of(first, written.end(), [this](const WrittenLeaf& leaf) { return is_held(leaf); });
+    collect(written);
+    const bool held = all_held(written.begin() + static_cast<std::ptrdiff_t>(before), written.end());
     const auto text = std::find_if(written.rbegin(), written.rend(),
                                    [](const WrittenLeaf& leaf) { return is_trunk_leaf(leaf.schema); });
     if (held && (text == written.rend() || keeps_trunk_entries(part, text->value.c_str()))) return true;
-    if (held) short_of_room_.insert(short_of_room_.end(), first, written.end());
     written.resize(before);
     return false;
+  }
+
+  void collect(Written& written) const {
+    for_each_written(walk_state_.output(), native_, [&written](const OutputNode& entry) {
+      for (const OutputNode* const node : entry.children) collect_written(*node, {}, written);
+    });
+  }
+
+  bool all_held(Written::const_iterator first, Written::const_iterator last) const {
+    return std::all_of(first, last, [this](const WrittenLeaf& leaf) { return is_held(leaf); });
   }
 
   // Whether the native model has such a value; what is there natively anyway needs no asking.
@@ -191,7 +208,7 @@ class WritingBack {
   RequestTree& records_;
   const lyd_node* native_;
   const lyd_node* reading_;
-  Written& short_of_room_;
+  Written& imagined_;
 };
 
 // Most entries are said whole, and an output that says so is the entry over again, node by node. This finds that out
@@ -271,8 +288,8 @@ class Repetition {
 // A native entry held against what writing back made.
 class Comparison {
  public:
-  Comparison(const Scope& scope, EntryVerdict& verdict, Written& written, const Written& short_of_room)
-      : scope_(scope), verdict_(verdict), written_(written), short_of_room_(short_of_room) {}
+  Comparison(const Scope& scope, EntryVerdict& verdict, Written& written, const Written& imagined)
+      : scope_(scope), verdict_(verdict), written_(written), imagined_(imagined) {}
 
   void run(const lyd_node* reading) {
     const lyd_node* child = nullptr;
@@ -309,9 +326,8 @@ class Comparison {
       made->matched = true;
       return;
     }
-    const auto fitting = std::find_if(short_of_room_.begin(), short_of_room_.end(), is_leaf);
-    const bool lacks_room = fitting != short_of_room_.end() && fitting->value == canonical_text(leaf);
-    if (lacks_room) verdict_.short_of_room.push_back(leaf);
+    const auto same = std::find_if(imagined_.begin(), imagined_.end(), is_leaf);
+    if (same != imagined_.end() && same->value == canonical_text(leaf)) verdict_.readable.push_back(leaf);
     const lyd_node* const container = lyd_parent(leaf);
     const bool own = container == verdict_.entry || is_layer(container);
     if (scope_ == nullptr || scope_(verdict_.entry, own ? leaf : container)) verdict_.unsaid.push_back(leaf);
@@ -335,7 +351,7 @@ class Comparison {
   const Scope& scope_;
   EntryVerdict& verdict_;
   Written& written_;
-  const Written& short_of_room_;
+  const Written& imagined_;
 };
 
 Environment bare(Environment environment) {
@@ -350,9 +366,9 @@ Judge::Judge(const Environment& environment) : walk_state_(bare(environment), kE
 
 std::optional<EntryVerdict> Judge::judge(const lyd_node* entry, const lyd_node* reading, const Scope& scope) {
   Written written;
-  Written short_of_room;
+  Written imagined;
   if (reading != nullptr) {
-    const WritingBack back(walk_state_, records_, entry, reading, short_of_room);
+    const WritingBack back(walk_state_, records_, entry, reading, imagined);
     const bool is_written = back.write_whole();
     if (is_written && Repetition::is_whole(walk_state_.output(), entry, reading)) return std::nullopt;
     std::optional<Written> whole = is_written ? back.whole() : std::nullopt;
@@ -360,7 +376,7 @@ std::optional<EntryVerdict> Judge::judge(const lyd_node* entry, const lyd_node* 
   }
   EntryVerdict verdict;
   verdict.entry = entry;
-  Comparison(scope, verdict, written, short_of_room).run(reading);
+  Comparison(scope, verdict, written, imagined).run(reading);
   if (verdict.all_said() && verdict.beside.empty()) return std::nullopt;
   return verdict;
 }

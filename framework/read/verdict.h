@@ -22,7 +22,8 @@ struct EntryVerdict {
   std::vector<const lyd_node*> unsaid;  // leaves and presence containers, in document order
   std::vector<const lyd_node*> beside;  // leaves of models that the mapping does not cover
   std::vector<Misread> misread;
-  std::vector<const lyd_node*> short_of_room;  // unsaid only because a trunk beside them is too long to be written
+  // Those of `unsaid` that are read all the same, beside a value that no request may have.
+  std::vector<const lyd_node*> readable;
 
   bool all_said() const { return unsaid.empty() && misread.empty(); }
 };
