@@ -102,6 +102,19 @@ TEST_F(Installation, RunsNothingFromTheCurrentFolder) {
   }
 }
 
+// Each header of the library stands for itself, and asks for nothing that is not installed beside it.
+TEST_F(Installation, HasHeadersThatNeedNoOthers) {
+  std::vector<std::string> headers;
+  for (const fs::directory_entry& entry : fs::directory_iterator(root + "/include/yfw-host")) {
+    headers.push_back(entry.path().filename());
+    const std::string command =
+        "'" OC_VLAN_CXX_COMPILER "' -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Werror -x c++ -I '" + root +
+        "/include' -include '" + entry.path().string() + "' /dev/null 2>&1 || echo failed";
+    EXPECT_EQ(shell(command), "") << entry.path();
+  }
+  EXPECT_THAT(headers, testing::UnorderedElementsAre("compare.h", "data.h", "error.h", "host.h", "text.h", "words.h"));
+}
+
 // Built elsewhere, they are the same.
 TEST_F(Installation, SaysNothingOfWhereItWasBuilt) {
 #ifndef OC_VLAN_FINISHED
