@@ -157,18 +157,17 @@ PreparedEdit prepare_edit(const Environment& environment, MappedLeaves& leaves, 
   std::vector<Warning> warnings = std::move(document.warnings);
   check_one_form(document);
 
+  std::vector<EditDocument> parts = split(std::move(document));
   std::vector<PartOutcome> outcomes;
-  for (EditDocument& part : split(std::move(document))) {
+  outcomes.reserve(parts.size());
+  for (EditDocument& part : parts) {
     outcomes.push_back(run_part(environment, std::move(part), settings));
   }
   refuse_first(outcomes);
-  std::vector<std::optional<RpcError>> lost;
-  for (PartOutcome& each : outcomes) lost.push_back(std::move(each.lost));
-
   PreparedEdit prepared = put_together(outcomes);
   if (settings.validate_everything && environment.running != nullptr) validate_whole(environment, prepared);
-  for (const std::optional<RpcError>& each : lost) {
-    if (each.has_value()) throw Refused(*each);
+  for (const PartOutcome& each : outcomes) {
+    if (each.lost.has_value()) throw Refused(*each.lost);
   }
   EditResult& result = prepared.result;
   if (settings.verify == Verify::strict) {
