@@ -191,12 +191,4 @@ lyd_node* counterpart_among(const lyd_node* siblings, const lyd_node* node) {
   return found;
 }
 
-Data alone(const lyd_node* node) {
-  lyd_node* copy = nullptr;
-  need(lyd_dup_single(node, nullptr, LYD_DUP_RECURSIVE | LYD_DUP_WITH_PARENTS | LYD_DUP_NO_META, &copy),
-       "a node cannot be copied");
-  while (copy->parent != nullptr) copy = &copy->parent->node;
-  return Data(copy);
-}
-
 }  // namespace yfw

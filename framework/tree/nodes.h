@@ -74,7 +74,4 @@ lyd_node* counterpart_among(const lyd_node* siblings, const lyd_node* node);
 // True for a container that only holds what is in it.
 bool is_plain_container(const lyd_node* node);
 
-// A copy of a node in those above it, without what else these hold, and without operations; the topmost is returned.
-Data alone(const lyd_node* node);
-
 }  // namespace yfw
