@@ -15,10 +15,6 @@ namespace yfw {
 
 namespace {
 
-bool is_key_leaf(const lyd_node* node) {
-  return node->schema != nullptr && lysc_is_key(node->schema);
-}
-
 // Nodes that only the model's defaults made do not exist for an edit.
 bool exists(const lyd_node* node) {
   if (node == nullptr || (node->flags & LYD_DEFAULT) != 0) return false;
@@ -36,7 +32,7 @@ class Application {
   void apply_siblings(lyd_node* parent, const lyd_node* edit, Operation outer) {
     const lyd_node* each = nullptr;
     LY_LIST_FOR(edit, each) {
-      if (!is_key_leaf(each)) apply(parent, each, outer);
+      if (!is_key(each)) apply(parent, each, outer);
     }
   }
 
@@ -103,7 +99,7 @@ class Application {
 
 bool has_content(const lyd_node* node) {
   const lyd_node* child = first_child(node);
-  while (child != nullptr && is_key_leaf(child)) child = child->next;
+  while (child != nullptr && is_key(child)) child = child->next;
   return child != nullptr;
 }
 
@@ -126,7 +122,7 @@ class Dropping {
     bool dropped = false;
     while (edit != nullptr) {
       lyd_node* const next = edit->next;
-      if (!is_key_leaf(edit)) dropped = drop(edit, counterpart_among(target, edit), outer, replaced) || dropped;
+      if (!is_key(edit)) dropped = drop(edit, counterpart_among(target, edit), outer, replaced) || dropped;
       edit = next;
     }
     return dropped;
@@ -183,7 +179,7 @@ bool holds_idle(const lyd_node* siblings, Operation outer) {
   LY_LIST_FOR(siblings, each) {
     const Operation own = operation_of(each, outer);
     if (each->schema != nullptr && holds_idle(lyd_child(each), passed_down(own))) return true;
-    if (!is_key_leaf(each) && is_idle(each, own)) return true;
+    if (!is_key(each) && is_idle(each, own)) return true;
   }
   return false;
 }
@@ -194,7 +190,7 @@ void drop_idle_siblings(Data& edit, lyd_node* first, Operation outer) {
     lyd_node* const next = each->next;
     const Operation own = operation_of(each, outer);
     if (each->schema != nullptr) drop_idle_siblings(edit, lyd_child(each), passed_down(own));
-    if (is_key_leaf(each)) {
+    if (is_key(each)) {
       each = next;
       continue;
     }

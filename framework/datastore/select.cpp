@@ -47,10 +47,6 @@ bool holds(const lyd_node* node, const Criterion& criterion) {
                      [node](const Criterion& match) { return find_match(node, match) != nullptr; });
 }
 
-bool is_key(const lyd_node* node) {
-  return node->schema != nullptr && node->schema->nodetype == LYS_LEAF && lysc_is_key(node->schema);
-}
-
 const char* key_text(const lyd_node* node) {
   const lyd_node* const first = is_list(node->schema) ? lyd_child(node) : nullptr;
   return first != nullptr && is_key(first) ? lyd_get_value(first) : nullptr;

@@ -41,10 +41,6 @@ const char* name_of(Format format) {
   return format == Format::xml ? "XML" : "JSON";
 }
 
-bool is_key(const lyd_node* node) {
-  return node->schema != nullptr && lysc_is_key(node->schema);
-}
-
 // Puts subtrees where they stand in a tree of its own.
 class Placement {
  public:

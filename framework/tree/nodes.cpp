@@ -133,6 +133,10 @@ bool named(const lyd_node* node, std::string_view name) {
   return node != nullptr && name == LYD_NAME(node);
 }
 
+bool is_key(const lyd_node* node) {
+  return node->schema != nullptr && lysc_is_key(node->schema);
+}
+
 bool is_ancestor_or_self(const lyd_node* above, const lyd_node* node) {
   for (; node != nullptr; node = lyd_parent(node)) {
     if (node == above) return true;

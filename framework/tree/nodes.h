@@ -55,6 +55,9 @@ std::string predicate(std::string_view name, std::string_view value);
 // True for a node of that name; a null node has none.
 bool named(const lyd_node* node, std::string_view name);
 
+// True for a key of a list entry.
+bool is_key(const lyd_node* node);
+
 // True for a node and for all that stand above it.
 bool is_ancestor_or_self(const lyd_node* above, const lyd_node* node);
 

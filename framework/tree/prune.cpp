@@ -3,6 +3,8 @@
 
 #include <libyang/libyang.h>
 
+#include "framework/tree/nodes.h"
+
 #include "yfw-host/data.h"
 
 namespace yfw {
@@ -11,10 +13,6 @@ namespace {
 
 bool is_state(const lyd_node* node) {
   return (node->schema->flags & LYS_CONFIG_R) != 0;
-}
-
-bool is_key(const lyd_node* node) {
-  return node->schema->nodetype == LYS_LEAF && lysc_is_key(node->schema);
 }
 
 // Frees the children that `unwanted` names, and asks about what is below the others.

@@ -229,20 +229,10 @@ constexpr char kUnread[] =
     "what is there natively and did not read back takes part in what reads back now; ask for all of it with operation "
     "replace";
 
-const lyd_node* parent_of(const lyd_node* node) {
-  return node->parent == nullptr ? nullptr : &node->parent->node;
-}
-
-lyd_node* find(const Data& data, const std::string& path) {
-  lyd_node* found = nullptr;
-  if (data.empty() || lyd_find_path(data.get(), path.c_str(), 0, &found) != LY_SUCCESS) return nullptr;
-  return found;
-}
-
 // The `vlan` of a sub-interface or the entry of an interface around a leaf.
 const lyd_node* surroundings_of(const lyd_node* leaf) {
-  for (const lyd_node* each = leaf; each != nullptr; each = parent_of(each)) {
-    if (named(each, "interface") || (named(each, "vlan") && named(parent_of(each), "subinterface"))) return each;
+  for (const lyd_node* each = leaf; each != nullptr; each = lyd_parent(each)) {
+    if (named(each, "interface") || (named(each, "vlan") && named(lyd_parent(each), "subinterface"))) return each;
   }
   return nullptr;
 }
@@ -262,14 +252,14 @@ void collect(const lyd_node* node, const std::string& path, Leaves& leaves) {
 
 Leaves leaves_at(const Data& data, const std::string& path) {
   Leaves leaves;
-  const lyd_node* const node = find(data, path);
+  const lyd_node* const node = node_at(data, path);
   if (node != nullptr) collect(node, "", leaves);
   return leaves;
 }
 
 std::string path_below(const lyd_node* leaf, const lyd_node* above) {
   std::string path = LYD_NAME(leaf);
-  for (const lyd_node* each = parent_of(leaf); each != above; each = parent_of(each)) {
+  for (const lyd_node* each = lyd_parent(leaf); each != above; each = lyd_parent(each)) {
     path = fmt::format("{}/{}", LYD_NAME(each), path);
   }
   return path;
@@ -277,8 +267,8 @@ std::string path_below(const lyd_node* leaf, const lyd_node* above) {
 
 bool holds_identifier_on_l2(const Running& running, const lyd_node* surroundings) {
   if (!named(surroundings, "vlan")) return false;
-  const lyd_node* const subinterface = parent_of(surroundings);
-  const lyd_node* const interface = parent_of(parent_of(subinterface));
+  const lyd_node* const subinterface = lyd_parent(surroundings);
+  const lyd_node* const interface = lyd_parent(lyd_parent(subinterface));
   const lyd_node* const entry =
       running.entry(join_interface_name(lyd_get_value(lyd_child(interface)), lyd_get_value(lyd_child(subinterface))));
   const lyd_node* const l3 = entry == nullptr || !is_l2(entry) ? nullptr : child_named(entry, "vlan-sub-configuration");
@@ -293,8 +283,8 @@ bool is_bundle(const lyd_node* surroundings) {
 }  // namespace
 
 std::string cause_of(const Outcome& outcome, const Difference& difference) {
-  const lyd_node* leaf = find(outcome.expected, difference.path);
-  if (leaf == nullptr) leaf = find(outcome.after, difference.path);
+  const lyd_node* leaf = node_at(outcome.expected, difference.path);
+  if (leaf == nullptr) leaf = node_at(outcome.after, difference.path);
   const lyd_node* const around = leaf == nullptr ? nullptr : surroundings_of(leaf);
   if (around == nullptr) return "";
   const std::string path = path_of(around);
